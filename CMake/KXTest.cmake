@@ -1,0 +1,16 @@
+# One test program per subject: kx_add_test(NAME [SOURCES file ...] [LIBRARIES target ...]). Without SOURCES it is NAME.cpp.
+# The program runs without a display.
+function(kx_add_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
+    if(NOT ARG_SOURCES)
+        set(ARG_SOURCES ${name}.cpp)
+    endif()
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE KXWarnings Qt5::Test ${ARG_LIBRARIES})
+    add_test(NAME ${name} COMMAND ${name})
+    set(environment "QT_QPA_PLATFORM=offscreen")
+    if(KX_SANITIZE MATCHES "address")
+        list(APPEND environment "LSAN_OPTIONS=print_suppressions=0:suppressions=${PROJECT_SOURCE_DIR}/Tests/leaks.supp")
+    endif()
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment}")
+endfunction()

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Host/Client/DownloadInput.h"
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <optional>
+#include <variant>
+
+namespace KXClient {
+
+// What the command line of "download" says, with every default filled in.
+struct DownloadOptions
+{
+    InputOptions input;
+    QString strPluginFile;
+    QString strJsonFile;
+    QString strLogFile;
+    QString strDatabaseFile;
+    std::optional<int> iTimeoutSeconds;
+};
+
+// The options, with the download folder made; or the exit status when help was printed or something is wrong.
+std::variant<DownloadOptions, int> ReadDownloadOptions(const QStringList& arguments);
+
+} // namespace KXClient

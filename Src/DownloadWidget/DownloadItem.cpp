@@ -1,0 +1,194 @@
+#include "DownloadWidget/DownloadItem.h"
+
+#include "DownloadWidget/ClickReport.h"
+#include "DownloadWidget/RowLook.h"
+#include "DownloadWidget/ThumbnailCache.h"
+#include "KXGui/GraphicsGridView.h"
+#include "KXGui/KXColor.h"
+#include "KXGui/KXSvgPixmap.h"
+
+#include <QtGui/QCursor>
+#include <QtGui/QPainter>
+#include <QtWidgets/QGraphicsPixmapItem>
+#include <QtWidgets/QGraphicsScene>
+#include <QtWidgets/QGraphicsSceneHoverEvent>
+#include <QtWidgets/QGraphicsSceneMouseEvent>
+
+namespace {
+
+constexpr QRectF RowRect(0, 0, 610, 88);
+constexpr QRectF ThumbnailRect(30, 10, 120, 68);
+constexpr QPointF NameBaseline(170, 25);
+constexpr QPointF StateBaseline(170, 70);
+constexpr qreal TrackRadius = 2;
+constexpr QSize IconSize(30, 30);
+
+QColor Color(const char* pszKey)
+{
+    return KXColor::color(QLatin1String(pszKey), 1.0);
+}
+
+QString IconTemplate(const char* pszMainColorKey)
+{
+    return QStringLiteral("<xml><p p-id='1' style='fill:%1;'/><p p-id='2' style='fill:%2;'/></xml>")
+        .arg(Color("pc009").name(), Color(pszMainColorKey).name());
+}
+
+QPixmap NormalIcon(KXSvgPixmap* pPixmap)
+{
+    return pPixmap ? pPixmap->normalPixmap(IconSize, IconTemplate("pc004")) : QPixmap();
+}
+
+QPixmap HoverIcon(KXSvgPixmap* pPixmap)
+{
+    return pPixmap ? pPixmap->hoverPixmap(IconSize, IconTemplate("pc001")) : QPixmap();
+}
+
+bool Hits(const QGraphicsPixmapItem* pButton, const QPointF& scenePos)
+{
+    return pButton->sceneBoundingRect().contains(scenePos);
+}
+
+} // namespace
+
+DownloadItem::DownloadItem(QObject* pParent, const QMap<int, KXSvgPixmap*>& mapButtonPixmap)
+    : QObject(pParent)
+    , QGraphicsItem(nullptr)
+    , m_pDeleteButton(new QGraphicsPixmapItem(this))
+    , m_pStateButton(new QGraphicsPixmapItem(this))
+    , m_mapButtonPixmap(mapButtonPixmap)
+    , m_pThumbnails(ThumbnailCache::Shared())
+{
+    m_pDeleteButton->setPixmap(NormalIcon(m_mapButtonPixmap.value(RowLook::IconDelete)));
+    m_pStateButton->setPixmap(NormalIcon(m_mapButtonPixmap.value(RowLook::IconPause)));
+    m_pDeleteButton->setPos(550, 26);
+    m_pStateButton->setPos(500, 26);
+    m_pDeleteButton->setVisible(true);
+    m_pStateButton->setVisible(true);
+    setAcceptHoverEvents(true);
+}
+
+DownloadItem::~DownloadItem() = default;
+
+void DownloadItem::SetRecord(const DownloadRecordInfoPtr& pRecord)
+{
+    m_pRecord = pRecord;
+    setData(GraphicsGridView::KeyRole, pRecord->strRecordId);
+    update();
+}
+
+void DownloadItem::UpdateRecord(const DownloadRecordInfoPtr& pRecord)
+{
+    m_pRecord = pRecord;
+    update();
+}
+
+void DownloadItem::SetState(int iState)
+{
+    m_iState = iState;
+    m_pStateButton->setPixmap(NormalIcon(m_mapButtonPixmap.value(RowLook::StateIcon(iState))));
+    const bool bStartsOver = iState == RowLook::Paused || iState == RowLook::Failed;
+    if (bStartsOver && m_pRecord)
+        m_pRecord->lReceivedSize = 0;
+    if (iState != RowLook::Failed)
+        m_bRunning = iState != RowLook::Paused;
+    update();
+}
+
+void DownloadItem::PlaceButtonsBelow()
+{
+    m_pDeleteButton->setPos(180, 90);
+    m_pStateButton->setPos(220, 90);
+}
+
+QRectF DownloadItem::boundingRect() const
+{
+    return RowRect;
+}
+
+void DownloadItem::paint(QPainter* pPainter, const QStyleOptionGraphicsItem*, QWidget*)
+{
+    if (!m_pRecord)
+        return;
+    pPainter->drawImage(ThumbnailRect, m_pThumbnails->Thumbnail(m_pRecord->strPicturePath));
+    pPainter->setPen(Color("pc004"));
+    pPainter->drawText(NameBaseline, m_pRecord->strFileName);
+    PaintProgress(*pPainter);
+    PaintTexts(*pPainter);
+}
+
+void DownloadItem::PaintProgress(QPainter& painter) const
+{
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Color("pc010"));
+    painter.drawRoundedRect(RowLook::TrackRect, TrackRadius, TrackRadius);
+    QRectF fill = RowLook::TrackRect;
+    fill.setWidth(RowLook::FillWidth(m_iState, m_pRecord->lReceivedSize, m_pRecord->lFileSize));
+    painter.setBrush(Color("pc001"));
+    if (fill.width() > 0)
+        painter.drawRoundedRect(fill, TrackRadius, TrackRadius);
+}
+
+void DownloadItem::PaintTexts(QPainter& painter) const
+{
+    const char* pszColorKey = RowLook::StateColorKey(m_iState);
+    if (!pszColorKey)
+        return;
+    const char* pszTextKey = RowLook::StateTextKey(m_iState);
+    painter.setPen(Color(pszColorKey));
+    painter.drawText(StateBaseline, pszTextKey ? tr(pszTextKey)
+                                               : RowLook::PercentText(m_pRecord->lReceivedSize, m_pRecord->lFileSize));
+}
+
+void DownloadItem::hoverMoveEvent(QGraphicsSceneHoverEvent* pEvent)
+{
+    if (!scene())
+        return;
+    KXSvgPixmap* pDelete = m_mapButtonPixmap.value(RowLook::IconDelete);
+    KXSvgPixmap* pState = m_mapButtonPixmap.value(RowLook::StateIcon(m_iState));
+    const bool bOnDelete = Hits(m_pDeleteButton, pEvent->scenePos());
+    const bool bOnState = !bOnDelete && Hits(m_pStateButton, pEvent->scenePos());
+    setCursor(bOnDelete || bOnState ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    if (bOnDelete) {
+        m_pDeleteButton->setPixmap(HoverIcon(pDelete));
+    } else if (bOnState) {
+        m_pStateButton->setPixmap(HoverIcon(pState));
+    } else {
+        m_pDeleteButton->setPixmap(NormalIcon(pDelete));
+        m_pStateButton->setPixmap(NormalIcon(pState));
+    }
+}
+
+void DownloadItem::mousePressEvent(QGraphicsSceneMouseEvent* pEvent)
+{
+    if (!scene())
+        return;
+    if (pEvent->button() != Qt::LeftButton) {
+        QGraphicsItem::mousePressEvent(pEvent);
+        return;
+    }
+    if (Hits(m_pDeleteButton, pEvent->scenePos())) {
+        SendClickReport(this, QStringLiteral("btnDelete"), pEvent->type(), pEvent->buttons());
+        emit SgnDeleteRecord(m_pRecord->strRecordId); // the panel may have deleted this row when it returns
+    } else if (Hits(m_pStateButton, pEvent->scenePos())) {
+        PressStateButton(*pEvent);
+    }
+}
+
+void DownloadItem::PressStateButton(const QGraphicsSceneMouseEvent& event)
+{
+    if (m_iState == RowLook::Failed) {
+        SendClickReport(this, QStringLiteral("btnRetry"), event.type(), event.buttons());
+        emit SgnChangeDownloadState(true);
+        m_bRunning = true;
+        m_pStateButton->setPixmap(NormalIcon(m_mapButtonPixmap.value(RowLook::IconPause)));
+        return;
+    }
+    m_bRunning = !m_bRunning;
+    const bool bStart = m_bRunning;
+    emit SgnChangeDownloadState(bStart);
+    SendClickReport(this, bStart ? QStringLiteral("btnRestart") : QStringLiteral("btnPause"), event.type(),
+                    event.buttons());
+    const int iIcon = bStart ? RowLook::IconPause : RowLook::IconResume;
+    m_pStateButton->setPixmap(NormalIcon(m_mapButtonPixmap.value(iIcon)));
+}

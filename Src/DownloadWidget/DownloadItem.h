@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Model/DownloadRecordInfo.h"
+
+#include <QtCore/QMap>
+#include <QtCore/QObject>
+#include <QtCore/QSize>
+#include <QtWidgets/QGraphicsItem>
+
+class KXSvgPixmap;
+class QGraphicsPixmapItem;
+class ThumbnailCache;
+
+// One row of the download list: thumbnail, name, progress, state, a delete button and a state button. It paints what
+// its record says and reports clicks; it decides nothing.
+//
+// Thread: the GUI thread. Ownership: the view owns the row; the button pictures stay with the panel.
+class DownloadItem : public QObject, public QGraphicsItem
+{
+    Q_OBJECT
+    Q_INTERFACES(QGraphicsItem)
+
+public:
+    DownloadItem(QObject* pParent, const QMap<int, KXSvgPixmap*>& mapButtonPixmap);
+    ~DownloadItem() override;
+
+    // Stores the record and makes its id the key by which the view finds the row.
+    void SetRecord(const DownloadRecordInfoPtr& pRecord);
+    // Stores the record; the key stays.
+    void UpdateRecord(const DownloadRecordInfoPtr& pRecord);
+    DownloadRecordInfoPtr Record() const { return m_pRecord; }
+    // A display state of RowLook. Paused and failed rows start over: their received size becomes 0.
+    void SetState(int iState);
+
+    // Moves both buttons below the texts, for a taller row.
+    virtual void PlaceButtonsBelow();
+
+    QRectF boundingRect() const override;
+    void paint(QPainter* pPainter, const QStyleOptionGraphicsItem* pOption, QWidget* pWidget) override;
+
+signals:
+    void SgnDeleteRecord(QString strRecordId);
+    void SgnChangeDownloadState(bool bStart); // true start, false pause
+
+protected:
+    void hoverMoveEvent(QGraphicsSceneHoverEvent* pEvent) override;
+    void mousePressEvent(QGraphicsSceneMouseEvent* pEvent) override;
+
+private:
+    void PaintTexts(QPainter& painter) const;
+    void PaintProgress(QPainter& painter) const;
+    void PressStateButton(const QGraphicsSceneMouseEvent& event);
+
+    QSize m_size;
+    DownloadRecordInfoPtr m_pRecord;
+    QGraphicsPixmapItem* m_pDeleteButton;
+    QGraphicsPixmapItem* m_pStateButton;
+    QMap<int, KXSvgPixmap*> m_mapButtonPixmap;
+    bool m_bRunning = true; // the state button offers "pause"
+    int m_iState = 0;
+    std::shared_ptr<ThumbnailCache> m_pThumbnails;
+};

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "KXGui/KXDialog.h"
+#include "Model/DownloadRecordInfo.h"
+
+#include <QtCore/QMap>
+#include <QtCore/QStringList>
+#include <QtCore/QVariant>
+
+#include <memory>
+
+class DownloadItem;
+class KXSvgPixmap;
+class QThread;
+class RecordDownloadModule;
+class SaveDeviceRecordThumbWorker;
+
+namespace Ui {
+class DownloadWidget;
+}
+
+// The panel: a pop-up list with a row for every download that is not finished. It owns the download engine, the rows
+// and the thumbnail thread. Rows ask, the panel forwards, the engine acts.
+//
+// Thread: the GUI thread. The thumbnail thread is reached by queued signals only; nothing is shared with it.
+class DownloadWidget : public KXGui::KXDialog
+{
+    Q_OBJECT
+
+public:
+    explicit DownloadWidget(QWidget* pParent = nullptr);
+    ~DownloadWidget() override;
+
+    // Sets the panel's texts anew after a change of language.
+    void RefreshTexts();
+    // Ends all downloads for good.
+    void Stop();
+    void StartRecordDownloads(const QList<DownloadRecordInfoPtr>& list);
+    void PauseRecordDownloads(const QList<DownloadRecordInfoPtr>& list);
+
+signals:
+    void SignalDeleteRecord(int iRecordType, QString strRecordId, QString strDownloadPath);
+    void SignalStartWork(QString srcPath, QString dstPath, QString strRecordID);
+
+public slots:
+    void OnGetDeviceRecordThumbs(QVariantList list);
+    void AddDownloadInfo(DownloadRecordInfoPtr pInfo);
+    void UpdateCloudPictureInfo(QString strUrl, QString strDesPath);
+    void OnDownloadRecordData(QString strRecordId, int iLength);
+    void OnDownloadRecordStates(QString strRecordId, int iCode, bool bReget);
+    void OnStopAllDownload();
+    void OnClose();
+    void OnBtnSetting();
+    void OnBtnAllStart();
+    void OnDeleteRecord(QString strRecordId);
+    void OnChangeDownloadState(bool bStart);
+    void OnScrollValueChanged(int iValue);
+    void OnCopyPictureFinished(QString strRecordID, QString strPath);
+
+protected:
+    void showEvent(QShowEvent* pEvent) override;
+
+private:
+    void SetUpWindow();
+    void SetUpForm();
+    void ConnectEngine();
+    void MakeButtonPixmaps();
+    void StartThumbnailThread();
+    void SetEmptyText();
+    void SetCountText();
+    void RefreshCount();
+    void SetAllStartText(bool bResume);
+    DownloadItem* RowOf(const QString& strRecordId) const;
+    QList<DownloadItem*> Rows() const;
+    void PauseRow(DownloadItem& row);
+    void RequestThumbnail(const DownloadItem& row, const QString& strSource);
+    void RemoveRow(int iIndex);
+    void FinishDownloadRecord(const QString& strRecordId);
+    void ClearPauseRecordFile();
+
+    std::unique_ptr<Ui::DownloadWidget> ui;
+    QStringList m_listPausedRecordIds; // in the order in which they were paused; may repeat
+    RecordDownloadModule* m_pEngine = nullptr;
+    QMap<int, KXSvgPixmap*> m_mapButtonPixmap; // shared with every row
+    QThread* m_pThumbnailThread = nullptr;
+    SaveDeviceRecordThumbWorker* m_pThumbnailWorker = nullptr;
+    int m_iRowCount = 0;
+};

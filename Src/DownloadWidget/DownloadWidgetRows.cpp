@@ -1,0 +1,259 @@
+// The panel's rows: what the engine's signals and the user's clicks do to them.
+
+#include "DownloadWidget/DownloadWidget.h"
+
+#include "ui_DownloadWidget.h"
+
+#include "DownloadWidget/DownloadItem.h"
+#include "DownloadWidget/PanelLog.h"
+#include "DownloadWidget/RowLook.h"
+#include "Module/PicturePath.h"
+#include "Module/RecordDownloadModule.h"
+
+#include <QtCore/QDebug>
+#include <QtCore/QFile>
+
+DownloadItem* DownloadWidget::RowOf(const QString& strRecordId) const
+{
+    return dynamic_cast<DownloadItem*>(ui->downloadListView->GetItem(strRecordId));
+}
+
+QList<DownloadItem*> DownloadWidget::Rows() const
+{
+    QList<DownloadItem*> rows;
+    const QList<QGraphicsItem*> items = ui->downloadListView->GetAllItem();
+    rows.reserve(items.size());
+    for (QGraphicsItem* pItem : items)
+        rows.append(static_cast<DownloadItem*>(pItem)); // the view holds nothing else
+    return rows;
+}
+
+void DownloadWidget::AddDownloadInfo(DownloadRecordInfoPtr pInfo)
+{
+    if (RowOf(pInfo->strRecordId))
+        return;
+    auto* pRow = new DownloadItem(this, m_mapButtonPixmap);
+    pRow->SetRecord(pInfo);
+    ui->downloadListView->AddItem(pRow, true);
+    ++m_iRowCount;
+    RefreshCount();
+    connect(pRow, &DownloadItem::SgnDeleteRecord, this, &DownloadWidget::OnDeleteRecord);
+    connect(pRow, &DownloadItem::SgnChangeDownloadState, this, &DownloadWidget::OnChangeDownloadState);
+    if (pInfo->iRecordType == KXDownLoadList::DeviceRecord && !pInfo->strPicturePath.isEmpty())
+        RequestThumbnail(*pRow, pInfo->strPicturePath);
+    // The values stand crosswise; tools that read the log expect them so.
+    KX_PANEL_LOG(200, PanelLogEvent, "DownloadWidget::AddDownloadInfo", "strRecordId[%s],strBeginTime[%s]",
+                 pInfo->strStartTime.toUtf8().constData(), pInfo->strRecordId.toUtf8().constData());
+}
+
+void DownloadWidget::RequestThumbnail(const DownloadItem& row, const QString& strSource)
+{
+    const DownloadRecordInfoPtr pRecord = row.Record();
+    emit SignalStartWork(strSource, PicturePathOf(pRecord->strDownloadPath), pRecord->strRecordId);
+}
+
+void DownloadWidget::OnGetDeviceRecordThumbs(QVariantList list)
+{
+    if (list.size() < 2)
+        return;
+    if (const DownloadItem* pRow = RowOf(list[0].toString()))
+        RequestThumbnail(*pRow, list[1].toString());
+}
+
+void DownloadWidget::UpdateCloudPictureInfo(QString strUrl, QString strDesPath)
+{
+    DownloadItem* pRow = RowOf(strUrl); // the engine sends the record id
+    if (!pRow)
+        return;
+    const DownloadRecordInfoPtr pRecord = pRow->Record();
+    pRecord->strPicturePath = strDesPath;
+    pRow->SetRecord(pRecord);
+    pRow->update(QRectF());
+}
+
+void DownloadWidget::OnCopyPictureFinished(QString strRecordID, QString strPath)
+{
+    DownloadItem* pRow = RowOf(strRecordID);
+    if (!pRow || pRow->Record()->iRecordType != KXDownLoadList::DeviceRecord)
+        return;
+    pRow->Record()->strPicturePath = strPath;
+    pRow->UpdateRecord(pRow->Record());
+}
+
+void DownloadWidget::OnDownloadRecordData(QString strRecordId, int iLength)
+{
+    DownloadItem* pRow = RowOf(strRecordId);
+    if (!pRow) {
+        QMessageLogger("Src/DownloadWidget/DownloadWidget", 435,
+                       "void __cdecl DownloadWidget::OnDownloadRecordData(class QString,int)")
+                .debug()
+            << "item is NULL";
+        return;
+    }
+    pRow->Record()->lReceivedSize += iLength;
+    pRow->UpdateRecord(pRow->Record());
+}
+
+void DownloadWidget::OnDownloadRecordStates(QString strRecordId, int iCode, bool bReget)
+{
+    const QByteArray id = strRecordId.toUtf8();
+    KX_PANEL_LOG(446, PanelLogEvent, "DownloadWidget::OnDownloadRecordStates",
+                 "OnDownloadRecordStates: strRecordId[%s], iCode[%d]", id.constData(), iCode);
+    DownloadItem* pRow = RowOf(strRecordId);
+    if (!pRow) {
+        KX_PANEL_LOG(450, PanelLogEvent, "DownloadWidget::OnDownloadRecordStates",
+                     "OnDownloadRecordStates: item not found, strRecordId[%s]", id.constData());
+        return;
+    }
+    switch (iCode) {
+    case 0:
+    case 4:
+    case 100:
+        pRow->SetState(RowLook::Failed);
+        break;
+    case 1:
+        pRow->SetState(RowLook::Downloading);
+        break;
+    case 2:
+        FinishDownloadRecord(strRecordId);
+        break;
+    case 3:
+        pRow->SetState(bReget ? RowLook::Waiting : RowLook::Failed);
+        break;
+    default:
+        break;
+    }
+}
+
+void DownloadWidget::RemoveRow(int iIndex)
+{
+    if (iIndex < 0)
+        return;
+    ui->downloadListView->DeleteItem(iIndex);
+    --m_iRowCount;
+    RefreshCount();
+}
+
+void DownloadWidget::FinishDownloadRecord(const QString& strRecordId)
+{
+    const QByteArray id = strRecordId.toUtf8();
+    const DownloadItem* pRow = RowOf(strRecordId);
+    if (!pRow) {
+        KX_PANEL_LOG(272, PanelLogEvent, "DownloadWidget::FinishDownloadRecord",
+                     "FinishDownloadRecord: item not found for strRecordId[%s]", id.constData());
+        return;
+    }
+    const int iIndex = ui->downloadListView->IndexOfItem(pRow);
+    KX_PANEL_LOG(277, PanelLogEvent, "DownloadWidget::FinishDownloadRecord",
+                 "FinishDownloadRecord: strRecordId[%s], index[%d]", id.constData(), iIndex);
+    RemoveRow(iIndex);
+    OnScrollValueChanged(0);
+}
+
+void DownloadWidget::OnDeleteRecord(QString strRecordId)
+{
+    const DownloadItem* pRow = RowOf(strRecordId);
+    if (!pRow) {
+        KX_PANEL_LOG(505, PanelLogEvent, "DownloadWidget::OnDeleteRecord",
+                     "OnDeleteRecord: item not found for strRecordId[%s]", strRecordId.toUtf8().constData());
+        return;
+    }
+    const int iIndex = ui->downloadListView->IndexOfItem(pRow);
+    const DownloadRecordInfoPtr pRecord = pRow->Record();
+    m_pEngine->DeleteRecordDownload(pRecord->iRecordType, pRecord->strRecordId, pRecord->strDownloadPath);
+    RemoveRow(iIndex);
+    m_listPausedRecordIds.removeAll(strRecordId);
+}
+
+// A paused download starts over when it is resumed.
+void DownloadWidget::PauseRow(DownloadItem& row)
+{
+    const DownloadRecordInfoPtr pRecord = row.Record();
+    pRecord->lReceivedSize = 0;
+    row.UpdateRecord(pRecord);
+    row.SetState(RowLook::Paused);
+    m_listPausedRecordIds.append(pRecord->strRecordId);
+}
+
+void DownloadWidget::OnChangeDownloadState(bool bStart)
+{
+    auto* pRow = qobject_cast<DownloadItem*>(sender());
+    if (!pRow)
+        return;
+    const DownloadRecordInfoPtr pRecord = pRow->Record();
+    if (bStart) {
+        StartRecordDownloads({pRecord});
+        pRow->SetState(RowLook::Waiting);
+        m_listPausedRecordIds.removeAll(pRecord->strRecordId);
+    } else {
+        PauseRecordDownloads({pRecord});
+        PauseRow(*pRow);
+    }
+    SetAllStartText(!m_listPausedRecordIds.isEmpty());
+}
+
+// The button acts on the list of paused ids, not on the states of the rows.
+void DownloadWidget::OnBtnAllStart()
+{
+    QList<DownloadRecordInfoPtr> records;
+    if (m_listPausedRecordIds.isEmpty()) {
+        SetAllStartText(true);
+        for (DownloadItem* pRow : Rows()) {
+            PauseRow(*pRow);
+            records.append(pRow->Record());
+        }
+        PauseRecordDownloads(records);
+        return;
+    }
+    SetAllStartText(false);
+    for (const QString& strRecordId : qAsConst(m_listPausedRecordIds)) {
+        DownloadItem* pRow = RowOf(strRecordId);
+        if (!pRow)
+            continue;
+        records.append(pRow->Record());
+        pRow->SetState(RowLook::Waiting);
+    }
+    StartRecordDownloads(records);
+    m_listPausedRecordIds.clear();
+}
+
+// The engine has stopped every transfer already; the rows only follow.
+void DownloadWidget::OnStopAllDownload()
+{
+    SetAllStartText(true);
+    for (DownloadItem* pRow : Rows())
+        PauseRow(*pRow);
+}
+
+// Thumbnails that were written since the last paint appear on the rows that came into view.
+void DownloadWidget::OnScrollValueChanged(int)
+{
+    QList<QGraphicsItem*> visible;
+    ui->downloadListView->GetItemsInViewPort(visible, true);
+    for (QGraphicsItem* pItem : qAsConst(visible)) {
+        auto* pRow = static_cast<DownloadItem*>(pItem);
+        if (!pRow->Record()->strPicturePath.isEmpty())
+            pRow->update(QRectF());
+    }
+}
+
+// What is still paused when the panel goes starts over another time: its partial files go.
+void DownloadWidget::ClearPauseRecordFile()
+{
+    const auto remove = [](const QString& strPath, int iDoneLine, int iFailedLine) {
+        if (!QFile::exists(strPath))
+            return;
+        const bool bRemoved = QFile::remove(strPath);
+        KX_PANEL_LOG(bRemoved ? iDoneLine : iFailedLine, bRemoved ? PanelLogEvent : PanelLogFailure,
+                     "DownloadWidget::ClearPauseRecordFile", "remove file[%s]", strPath.toUtf8().constData());
+    };
+    for (const QString& strRecordId : qAsConst(m_listPausedRecordIds)) {
+        const DownloadItem* pRow = RowOf(strRecordId);
+        if (!pRow)
+            continue;
+        const QString strPath = pRow->Record()->strDownloadPath;
+        remove(strPath, 306, 310);
+        remove(PicturePathOf(strPath), 319, 323);
+    }
+    m_listPausedRecordIds.clear();
+}

@@ -1,0 +1,78 @@
+#include "DownloadWidget/RowLook.h"
+
+#include <QtCore/QtGlobal>
+
+namespace RowLook {
+
+namespace {
+
+double Ratio(qint64 lReceived, qint64 lTotal)
+{
+    // A record that has not received anything yet holds -1.
+    return lTotal > 0 ? static_cast<double>(qMax<qint64>(lReceived, 0)) / static_cast<double>(lTotal) : 0.0;
+}
+
+} // namespace
+
+int StateIcon(int iState)
+{
+    switch (iState) {
+    case Failed:
+        return IconRetry;
+    case Paused:
+        return IconResume;
+    default:
+        return IconPause;
+    }
+}
+
+const char* StateColorKey(int iState)
+{
+    switch (iState) {
+    case Waiting:
+    case Paused:
+        return "pc005";
+    case Downloading:
+        return "pc001";
+    case Failed:
+        return "pc020";
+    default:
+        return nullptr;
+    }
+}
+
+const char* StateTextKey(int iState)
+{
+    switch (iState) {
+    case Waiting:
+        return QT_TRANSLATE_NOOP("DownloadItem", "mobile_common_download_manager_wait_download");
+    case Failed:
+        return QT_TRANSLATE_NOOP("DownloadItem", "mobile_common_download_manager_download_failure");
+    case Paused:
+        return QT_TRANSLATE_NOOP("DownloadItem", "panel_pause");
+    default:
+        return nullptr;
+    }
+}
+
+int Percent(qint64 lReceived, qint64 lTotal)
+{
+    return static_cast<int>(qMin(Ratio(lReceived, lTotal) * 100, 1e9));
+}
+
+QString PercentText(qint64 lReceived, qint64 lTotal)
+{
+    const int iPercent = Percent(lReceived, lTotal);
+    return QStringLiteral("%1%2").arg(iPercent > 100 ? 99 : iPercent).arg(QLatin1Char('%'));
+}
+
+qreal FillWidth(int iState, qint64 lReceived, qint64 lTotal)
+{
+    if (iState != Downloading)
+        return 0;
+    if (Percent(lReceived, lTotal) > 100)
+        return TrackWidth;
+    return static_cast<int>(Ratio(lReceived, lTotal) * TrackWidth);
+}
+
+} // namespace RowLook

@@ -1,0 +1,34 @@
+#include "DownloadWidget/SaveDeviceRecordThumbWorker.h"
+
+#include "Module/PictureReading.h"
+
+#include <QtCore/QBuffer>
+#include <QtCore/QDebug>
+#include <QtCore/QFile>
+#include <QtCore/QThread>
+#include <QtGui/QImageReader>
+
+void SaveDeviceRecordThumbWorker::OnStartTask(const QString srcPath, const QString dstPath, const QString strRecordID)
+{
+    QMessageLogger("Src/DownloadWidget/DownloadWidget", 34,
+                   "void __cdecl SaveDeviceRecordThumbWorker::OnStartTask(const class QString,const class QString,"
+                   "const class QString)")
+            .debug()
+        << "SaveDeviceRecordThumbWorker::OnStartTask"
+        << " Thread ID: " << QThread::currentThreadId() << "\n";
+    QString strPath = dstPath;
+    QFile file(srcPath);
+    if (file.open(QIODevice::ReadOnly)) {
+        QByteArray bytes = file.readAll();
+        file.close();
+        QBuffer buffer(&bytes);
+        QImageReader reader(&buffer);
+        reader.setDecideFormatFromContent(true);
+        // A failure shows as a missing picture, and the row falls back to its default.
+        if (IsReasonablePicture(reader))
+            reader.read().save(dstPath);
+    } else {
+        strPath.clear();
+    }
+    emit SignalFinished(strRecordID, strPath);
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+
+// Turns the thumbnail that a device download left on disk into a picture file beside the recording.
+//
+// Thread: the panel's thumbnail thread; reached by queued signals only, requests are served in order of arrival.
+class SaveDeviceRecordThumbWorker : public QObject
+{
+    Q_OBJECT
+
+public slots:
+    void OnStartTask(const QString srcPath, const QString dstPath, const QString strRecordID);
+
+signals:
+    // `strPath` is the request's target, also when the source is no picture; empty when the source cannot be opened.
+    void SignalFinished(QString strRecordID, QString strPath);
+};

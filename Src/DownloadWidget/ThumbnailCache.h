@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QtCore/QCache>
+#include <QtCore/QDateTime>
+#include <QtCore/QString>
+#include <QtGui/QImage>
+
+#include <memory>
+
+// The thumbnails of the rows, rounded and ready to be drawn. A row asks at every paint; the file is looked at each time
+// and decoded again only when its size or time changed, and only the part that shows is decoded.
+//
+// Thread: the GUI thread. Ownership: shared by the rows; the last one frees it.
+class ThumbnailCache
+{
+public:
+    static std::shared_ptr<ThumbnailCache> Shared();
+
+    // The picture of that file, or the default picture when there is no file or it is no picture.
+    QImage Thumbnail(const QString& strPath);
+
+private:
+    struct Entry
+    {
+        qint64 lSize;
+        QDateTime modified;
+        QImage image;
+    };
+
+    const QImage& DefaultThumbnail();
+
+    QCache<QString, Entry> m_entries{256}; // thumbnails; each takes 32 kB
+    QImage m_default;
+};

@@ -1,0 +1,138 @@
+#include "Module/PictrueDecrypt.h"
+
+#include "KXLogic/KXLogicModules.h"
+#include "Module/PicturePath.h"
+#include "Module/PictureReading.h"
+
+#include <QtCore/QBuffer>
+#include <QtCore/QFile>
+#include <QtGui/QImageReader>
+
+#include <mutex>
+
+namespace {
+
+constexpr unsigned long IdleWaitMs = 5000; // only guards against a missed wake-up
+
+QImage LoadPicture(QByteArray bytes)
+{
+    QBuffer buffer(&bytes);
+    QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    return IsReasonablePicture(reader) ? reader.read() : QImage();
+}
+
+} // namespace
+
+PictrueDecrypt::PictrueDecrypt(KXLogic::ICloudLogic* pCloudLogic, QObject* pParent)
+    : QThread(pParent)
+    , m_pCloudLogic(pCloudLogic)
+{}
+
+PictrueDecrypt::~PictrueDecrypt()
+{
+    Stop();
+}
+
+void PictrueDecrypt::Start()
+{
+    if (m_bRunning.exchange(true))
+        return;
+    start(QThread::InheritPriority);
+}
+
+void PictrueDecrypt::Stop()
+{
+    m_bRunning = false;
+    Wake();
+    quit();
+    wait();
+    const std::lock_guard<ktl::TMutex> lock(m_jobsLock);
+    m_jobs = {};
+}
+
+void PictrueDecrypt::Enqueue(const PictureDecryptJob& job)
+{
+    {
+        const std::lock_guard<ktl::TMutex> lock(m_jobsLock);
+        m_jobs.push(job);
+    }
+    Wake();
+}
+
+void PictrueDecrypt::Wake()
+{
+    const QMutexLocker lock(&m_wakeMutex);
+    m_bWoken = true;
+    m_wake.wakeAll();
+}
+
+// Runs on this thread. The queue is looked at before the wait, so that jobs queued together run back to back.
+void PictrueDecrypt::run()
+{
+    PictureDecryptJob job;
+    while (m_bRunning) {
+        if (TakeJob(job))
+            Decrypt(job);
+        else
+            WaitForWork();
+    }
+}
+
+bool PictrueDecrypt::TakeJob(PictureDecryptJob& job)
+{
+    const std::lock_guard<ktl::TMutex> lock(m_jobsLock);
+    if (m_jobs.empty())
+        return false;
+    job = std::move(m_jobs.front());
+    m_jobs.pop();
+    return true;
+}
+
+void PictrueDecrypt::WaitForWork()
+{
+    const QMutexLocker lock(&m_wakeMutex);
+    if (!m_bWoken)
+        m_wake.wait(&m_wakeMutex, IdleWaitMs);
+    m_bWoken = false;
+}
+
+void PictrueDecrypt::Decrypt(const PictureDecryptJob& job)
+{
+    QFile file(job.strLocalPath);
+    if (!m_pCloudLogic || !file.open(QIODevice::ReadOnly))
+        return;
+    std::string strClear;
+    const int iResult =
+        m_pCloudLogic->DecryptPicture(file.readAll().toBase64().toStdString(), job.strPictureKey.toStdString(),
+                                      job.strDeviceId.toStdString(), job.strPassword.toStdString(), strClear);
+    if (iResult != 0) {
+        Finish(job, iResult, QString());
+        return;
+    }
+    const QString strPath = PicturePathOf(job.strDownloadPath);
+    const QByteArray text = QString::fromStdString(strClear).toLocal8Bit();
+    // A recording whose path has no ".mp4" is its own picture path: what was already received is never overwritten.
+    if (strPath != job.strDownloadPath || !QFile::exists(strPath))
+        LoadPicture(QByteArray::fromBase64(text)).save(strPath);
+    Finish(job, 0, strPath);
+}
+
+void PictrueDecrypt::Finish(const PictureDecryptJob& job, int iResult, const QString& strPath)
+{
+    {
+        const std::lock_guard<ktl::TMutex> lock(m_jobsLock);
+        m_finished.push(job.strDownloadPath);
+    }
+    emit SignalDecrptPictrueFinished(iResult, job.strUrl, strPath);
+}
+
+QString PictrueDecrypt::TakeFinished()
+{
+    const std::lock_guard<ktl::TMutex> lock(m_jobsLock);
+    if (m_finished.empty())
+        return QString();
+    const QString strPath = m_finished.front();
+    m_finished.pop();
+    return strPath;
+}

@@ -1,0 +1,178 @@
+// The engine's password recovery: a device's password after a refusal, a cloud recording's password before its start.
+
+#include "Module/RecordDownloadModule.h"
+
+#include "KXLogic/KXLogicFunctions.h"
+#include "KXLogic/KXLogicModules.h"
+#include "Module/EngineLog.h"
+#include "Module/UnixTime.h"
+#include "ktl/Json.h"
+
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+
+using namespace KXDownLoadList;
+
+namespace {
+
+constexpr int StopForRetry = 0;
+constexpr int StopRefused = 4;
+constexpr int RecordingPassword = 1; // kind of the device's password that is asked for
+
+} // namespace
+
+// A refused transfer is given one more start after a password was fetched, and as many as it takes before that. True
+// when the task is queued again.
+bool RecordDownloadModule::RecoverPassword(const std::shared_ptr<DownloadDeviceRecordInfo>& pTask)
+{
+    const std::string strName = pTask->strText4.toStdString();
+    const char* pszFunction = "RecordDownloadModule::OnDownloadDeviceRecordState";
+    if (!pTask->bNeedPassword || !pTask->bCanGetPassword || !m_pDeviceLogic) {
+        KX_ENGINE_LOG(LogEvent, pszFunction, "Download failed,the current record can not get password.Recordname:%s",
+                      strName.c_str());
+        StopDeviceDownload(pTask->strRecordId, StopRefused, QString());
+        return false;
+    }
+    if (m_setGettingPasswordDevice.contains(pTask->strDeviceId)) {
+        RequeueForPassword(pTask);
+        KX_ENGINE_LOG(LogEvent, pszFunction, "Try download again because this device is getting password.Recordname:%s",
+                      strName.c_str());
+        return true;
+    }
+    if (!pTask->bGotNewPassword) {
+        m_setGettingPasswordDevice.insert(pTask->strDeviceId);
+        StopDeviceDownload(pTask->strRecordId, StopForRetry, QString());
+        RequestDevicePassword(*pTask);
+        pTask->bRetriedWithNewPassword = true;
+        m_listWaitDeviceRecord.Append(pTask);
+        KX_ENGINE_LOG(LogEvent, pszFunction, "Get the password and download again.Recordname:%s", strName.c_str());
+        return true;
+    }
+    if (pTask->bRetriedWithNewPassword) {
+        KX_ENGINE_LOG(LogEvent, pszFunction,
+                      "Download failed,the current record has been tried again with the new password.Recordname:%s",
+                      strName.c_str());
+        StopDeviceDownload(pTask->strRecordId, StopRefused, QString());
+        return false;
+    }
+    RequeueForPassword(pTask);
+    KX_ENGINE_LOG(LogEvent, pszFunction,
+                  "Try download again because Not been retried with the new password.Recordname:%s", strName.c_str());
+    return true;
+}
+
+void RecordDownloadModule::RequeueForPassword(const std::shared_ptr<DownloadDeviceRecordInfo>& pTask)
+{
+    pTask->bRetriedWithNewPassword = true;
+    StopDeviceDownload(pTask->strRecordId, StopForRetry, QString());
+    m_listWaitDeviceRecord.Append(pTask);
+}
+
+// The mutex is held around the host's call, so that an answer on a host thread finds its handle in the list.
+void RecordDownloadModule::RequestDevicePassword(const DownloadDeviceRecordInfo& record)
+{
+    ktl::Json::Value userInfo;
+    userInfo["deviceId"] = record.strDeviceId.toStdString();
+    userInfo["recordId"] = record.strRecordId.toStdString();
+    ++m_mapDevicePwdCount[record.strDeviceId.toStdString()];
+    const QMutexLocker lock(&m_pwdRequestMutex);
+    m_listPwdRequest.append(m_pDeviceLogic->RequestDevicePassword(
+        record.strText1.toStdString(), record.strDeviceId.toStdString(), record.iValue5, record.lValue1,
+        userInfo.toStyledString(), RecordingPassword));
+}
+
+void RecordDownloadModule::OnLogicMessage(const KXLogic::LogicMessage& message)
+{
+    if (message.iMessage != KXLogic::DevicePasswordMessage)
+        return;
+    {
+        const QMutexLocker lock(&m_pwdRequestMutex);
+        if (!m_listPwdRequest.removeOne(message.lRequest))
+            return;
+    }
+    emit SignalGetDevicePasswordResponse(
+        message.iResult, message.lChannelId, QString::fromStdString(message.strUserName),
+        QString::fromStdString(message.strPassword), QString::fromStdString(message.strUserInfo));
+}
+
+void RecordDownloadModule::OnGetDevicePassword(int iResult, int64_t, QString, QString strPwd, QString strUserInfo)
+{
+    QJsonDocument userInfo = QJsonDocument::fromJson(strUserInfo.toLocal8Bit());
+    if (!userInfo.isObject()) // the local encoding is not UTF-8 and an id not ASCII
+        userInfo = QJsonDocument::fromJson(strUserInfo.toUtf8());
+    const QString strDeviceId = userInfo.object().value(QLatin1String("deviceId")).toString();
+    m_setGettingPasswordDevice.remove(strDeviceId);
+    if (iResult == 0) {
+        const std::string strClear =
+            KXLogicFunctions::AesDecryptDeviceUserInfo(strDeviceId.toStdString(), strPwd.toStdString());
+        for (const auto& pTask : m_listRunDeviceRecord.Tasks() + m_listWaitDeviceRecord.Tasks()) {
+            const auto pRecord = std::dynamic_pointer_cast<DownloadDeviceRecordInfo>(pTask);
+            if (!pRecord || pRecord->strDeviceId != strDeviceId)
+                continue;
+            pRecord->strPassword = QString::fromStdString(strClear);
+            pRecord->bGotNewPassword = true;
+        }
+    }
+    StartNextDeviceDownload();
+}
+
+// A query that the host does not take is answered like one without a result: the task goes on with what it has and
+// fails where the user sees it, instead of being held for ever.
+void RecordDownloadModule::RequestCloudPassword(const DownloadCloudRecordInfo& record)
+{
+    if (m_pCloudLogic && m_pCloudLogic->GetCloudRecordPassword(
+                             record.strText1.toStdString(), record.strDeviceId.toStdString(), record.iValue5,
+                             record.lValue1, record.strCloudText2.toStdString(), record.strRecordId.toStdString(),
+                             UnixTimeOf(record.strStartTime), record.strDownloadPath.toStdString()) == 0)
+        return;
+    if (m_bShuttingDown)
+        return;
+    KX_ENGINE_LOG(LogFailure, "RecordDownloadModule::AddDownloadRecord",
+                  "The cloud password could not be asked for.Recordname:%s", record.strText4.toUtf8().constData());
+    QMetaObject::invokeMethod(
+        this,
+        [this, strRecordId = record.strRecordId, strDeviceId = record.strDeviceId, strPassword = record.strPassword] {
+            ReleaseWithPassword(strRecordId, strDeviceId, strPassword);
+        },
+        Qt::QueuedConnection);
+}
+
+int RecordDownloadModule::CloudPasswordCallback(int ibGet, const char* strPassword, const char* strDeviceSN,
+                                                int64_t lChannelId, const char* strRecordId, const char* strPath,
+                                                void* pUser)
+{
+    if (!pUser)
+        return -1;
+    return QMetaObject::invokeMethod(
+        static_cast<RecordDownloadModule*>(pUser), "OnGetCloudPasswordFinished", Qt::QueuedConnection,
+        Q_ARG(int, ibGet), Q_ARG(QString, QString::fromUtf8(strPassword)),
+        Q_ARG(QString, QString::fromUtf8(strDeviceSN)), Q_ARG(int64_t, lChannelId),
+        Q_ARG(QString, QString::fromUtf8(strRecordId)), Q_ARG(QString, QString::fromUtf8(strPath)));
+}
+
+void RecordDownloadModule::OnGetCloudPasswordFinished(int ibGet, QString strPassword, QString strDeviceSN, int64_t,
+                                                      QString strRecordId, QString strPath)
+{
+    KX_ENGINE_LOG(LogEvent, "RecordDownloadModule::OnGetCloudPasswordFinished",
+                  "ibGet[%d],strPassword[%s],strDeviceSN[%s],strRecordId[%s],strPath[%s]", ibGet,
+                  strPassword.toUtf8().constData(), strDeviceSN.toUtf8().constData(), strRecordId.toUtf8().constData(),
+                  strPath.toUtf8().constData());
+    ReleaseWithPassword(strRecordId, strDeviceSN, strPassword);
+}
+
+// Releases the first held task of that record and device.
+void RecordDownloadModule::ReleaseWithPassword(const QString& strRecordId, const QString& strDeviceId,
+                                               const QString& strPassword)
+{
+    const DownloadRecordInfoPtr pTask = m_listPendingCloudRecord.FindIf(
+        strRecordId, [&strDeviceId](const DownloadRecordInfo& record) { return record.strDeviceId == strDeviceId; });
+    if (!pTask)
+        return;
+    pTask->strPassword = strPassword;
+    m_listWaitCloudRecord.Append(pTask);
+    emit SignalAddDownloadInfo(pTask);
+    if (const auto pRecord = std::dynamic_pointer_cast<DownloadCloudRecordInfo>(pTask))
+        RequestCloudPicture(*pRecord);
+    m_listPendingCloudRecord.RemoveTask(pTask);
+    StartNextCloudDownload();
+}

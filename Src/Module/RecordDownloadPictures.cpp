@@ -1,0 +1,115 @@
+// The engine's picture pipeline: cover pictures are asked for, decrypted on their own thread, and settle held tasks.
+
+#include "Module/RecordDownloadModule.h"
+
+#include "KXBase/PictureDownloader.h"
+#include "Module/EngineLog.h"
+#include "Module/StateEvent.h"
+
+#include <QtCore/QFileInfo>
+
+using namespace KXDownLoadList;
+
+namespace {
+
+constexpr int WrongKey = 2; // result of the host's decryption
+constexpr int Refused = 3;  // state code of a task whose picture key is wrong
+
+} // namespace
+
+void RecordDownloadModule::RequestCloudPicture(const DownloadCloudRecordInfo& record)
+{
+    const QString strUrl = record.strCloudText1;
+    m_mapCloudPicture[strUrl].infos.append({record.strRecordId, record.strDeviceId, record.strText1, record.strPassword,
+                                            record.strCloudText4, record.strDownloadPath, record.strCloudText2});
+    if (m_pPictureDownloader) {
+        m_pPictureDownloader->get(strUrl);
+        return;
+    }
+    // A host without pictures answers like one that cannot fetch this one.
+    QMetaObject::invokeMethod(
+        this, [this, strUrl] { OnPictureDownloaded(-1, strUrl, QString()); }, Qt::QueuedConnection);
+}
+
+// One notification settles every request for its URL that is not with the decrypter yet.
+void RecordDownloadModule::OnPictureDownloaded(int iResult, const QString& strUrl, const QString& strLocalPath)
+{
+    const auto pictures = m_mapCloudPicture.find(strUrl);
+    if (pictures == m_mapCloudPicture.end() || m_bShuttingDown)
+        return;
+    const QList<CloudPictureInfo> undecrypted = pictures->infos.mid(pictures->iDecrypting);
+    if (iResult == 0 && m_pPictrueDecrypt && m_pCloudLogic) {
+        pictures->iDecrypting = pictures->infos.size();
+        for (const CloudPictureInfo& info : undecrypted)
+            m_pPictrueDecrypt->Enqueue(
+                {strUrl, strLocalPath, info.strPictureKey, info.strDeviceId, info.strPassword, info.strDownloadPath});
+        return;
+    }
+    pictures->infos.erase(pictures->infos.begin() + pictures->iDecrypting, pictures->infos.end());
+    if (pictures->infos.isEmpty())
+        m_mapCloudPicture.erase(pictures);
+    for (const CloudPictureInfo& info : undecrypted)
+        PictureReady(info, QString());
+}
+
+void RecordDownloadModule::OnPictureDecrptFinished(int iCode, QString strUrl, QString strDecrptLocalPicpath)
+{
+    const QString strOwner = m_pPictrueDecrypt ? m_pPictrueDecrypt->TakeFinished() : QString();
+    const auto pictures = m_mapCloudPicture.find(strUrl);
+    if (pictures == m_mapCloudPicture.end() || m_bShuttingDown)
+        return;
+    int iInfo = pictures->iDecrypting - 1;
+    while (iInfo >= 0 && pictures->infos[iInfo].strDownloadPath != strOwner)
+        --iInfo;
+    if (iInfo < 0)
+        return;
+    const CloudPictureInfo info = pictures->infos.takeAt(iInfo);
+    --pictures->iDecrypting;
+    if (pictures->infos.isEmpty())
+        m_mapCloudPicture.erase(pictures);
+
+    // A cover that arrives after its recording was deleted would lie there for ever.
+    if (iCode == 0 && !m_promisedPaths.IsTaken(info.strDownloadPath) && !QFileInfo::exists(info.strDownloadPath))
+        RemoveFileJpg(info.strDownloadPath);
+    const bool bListed = !info.strDeviceAccount.isEmpty() && !info.strKeyText.isEmpty();
+    if (iCode == 0 && bListed) {
+        emit SignalUpdateCloudPictureInfo(info.strRecordId, strDecrptLocalPicpath);
+    } else if (iCode == 0) {
+        PictureReady(info, strDecrptLocalPicpath);
+    } else if (iCode == WrongKey) {
+        KX_ENGINE_LOG(LogEvent, "RecordDownloadModule::OnPictureDecrptFinished", "%s", "Decrpt picture DecKeyError.");
+        DropWrongKeyTask(info);
+    } else if (!bListed) {
+        PictureReady(info, QString());
+    }
+}
+
+// Releases the task that is held for this picture.
+void RecordDownloadModule::PictureReady(const CloudPictureInfo& info, const QString& strPath)
+{
+    const DownloadRecordInfoPtr pTask = HeldTask(info);
+    if (!pTask)
+        return;
+    pTask->strPicturePath = strPath;
+    m_listWaitCloudRecord.Append(pTask);
+    emit SignalAddDownloadInfo(pTask);
+    m_listPendingCloudRecord.RemoveTask(pTask);
+    StartNextCloudDownload();
+}
+
+void RecordDownloadModule::DropWrongKeyTask(const CloudPictureInfo& info)
+{
+    const DownloadRecordInfoPtr pTask = HeldTask(info);
+    if (!pTask)
+        return;
+    NotifyState(StateEventOf(*pTask, Refused));
+    m_listPendingCloudRecord.RemoveTask(pTask);
+}
+
+// Each task has a target path of its own, also where record ids repeat.
+DownloadRecordInfoPtr RecordDownloadModule::HeldTask(const CloudPictureInfo& info) const
+{
+    return m_listPendingCloudRecord.FindIf(info.strRecordId, [&info](const DownloadRecordInfo& record) {
+        return record.strDownloadPath == info.strDownloadPath;
+    });
+}

@@ -1,0 +1,139 @@
+// The engine's file-system duties: target folders and paths, free space, partial files, and the registration of
+// finished ones.
+
+#include "Module/RecordDownloadModule.h"
+
+#include "KXBase/LocalResourceDbInterface.h"
+#include "KXLogic/KXLogicModules.h"
+#include "Module/DiskFreeSpace.h"
+#include "Module/EngineLog.h"
+#include "Module/PicturePath.h"
+#include "Module/UnixTime.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+
+using namespace KXDownLoadList;
+
+namespace {
+
+constexpr quint64 MinFreeMiB = 50;
+constexpr int RecordingKind = 2; // of LocalResourceInfo
+
+void RemoveLogged(const QString& strPath)
+{
+    if (!QFile::exists(strPath))
+        return;
+    const bool bRemoved = QFile::remove(strPath);
+    KX_ENGINE_LOG(bRemoved ? LogEvent : LogFailure, "RecordDownloadModule::RemoveFileJpg", "remove file[%s]",
+                  strPath.toUtf8().constData());
+}
+
+// "(n)" goes before the last "." of the file name, or at the end of a name without one.
+QString NumberedPath(const QString& strFilePath, int iCounter)
+{
+    const int iName = strFilePath.size() - QFileInfo(strFilePath).fileName().size();
+    const int iDot = strFilePath.lastIndexOf(QLatin1Char('.'));
+    QString strNumbered = strFilePath;
+    return strNumbered.insert(iDot < iName ? strFilePath.size() : iDot, QStringLiteral("(%1)").arg(iCounter));
+}
+
+} // namespace
+
+bool RecordDownloadModule::EnsureDownloadPathExists(const QString& strFilePath)
+{
+    if (strFilePath.isEmpty())
+        return false;
+    const QString strDir = QFileInfo(strFilePath).absolutePath();
+    if (QDir(strDir).exists())
+        return true;
+    const bool bMade = QDir().mkpath(strDir);
+    const QByteArray dir = strDir.toUtf8();
+    if (bMade)
+        KX_ENGINE_LOG(LogEvent, "RecordDownloadModule::EnsureDownloadPathExists", "Created download directory: %s",
+                      dir.constData());
+    else
+        KX_ENGINE_LOG(LogFailure, "RecordDownloadModule::EnsureDownloadPathExists",
+                      "Failed to create download directory: %s", dir.constData());
+    return bMade;
+}
+
+bool RecordDownloadModule::IsFreePath(const QString& strFilePath) const
+{
+    if (m_promisedPaths.IsTaken(strFilePath))
+        return false;
+    return (m_pFolderListing && !m_pFolderListing->MayExist(strFilePath)) || !QFileInfo::exists(strFilePath);
+}
+
+QString RecordDownloadModule::MakeUniqueFilePath(const QString& strFilePath)
+{
+    if (IsFreePath(strFilePath))
+        return strFilePath;
+    int& iNext = m_mapNextCounter[strFilePath]; // many tasks of one name must not count from 1 each
+    QString strCandidate;
+    do {
+        strCandidate = NumberedPath(strFilePath, ++iNext);
+    } while (!IsFreePath(strCandidate));
+    return strCandidate;
+}
+
+// Measures only while the guard is armed, and disarms it once there is room again.
+bool RecordDownloadModule::JudgeDiskIsFull()
+{
+    if (!m_bDiskGuardArmed)
+        return false;
+    const quint64 uFreeMiB = FreeBytesOfVolume(m_strDownloadDir.toLocal8Bit()).value_or(0) >> 20;
+    if (uFreeMiB < MinFreeMiB) {
+        KX_ENGINE_LOG(LogFailure, "RecordDownloadModule::JudgeDiskIsFull", "%s",
+                      "The free disk space is less than 50 MB.");
+        return true;
+    }
+    m_bDiskGuardArmed = false;
+    return false;
+}
+
+void RecordDownloadModule::RemoveFileJpg(const QString& strFilePath)
+{
+    RemoveLogged(strFilePath);
+    RemoveLogged(PicturePathOf(strFilePath));
+}
+
+void RecordDownloadModule::RegisterFinishedFile(const Source& source, const QString& strRecordId)
+{
+    const DownloadRecordInfoPtr pTask = (this->*source.pRunning).Find(strRecordId);
+    if (!pTask)
+        return;
+    LocalResourceInfo info;
+    info.strFilePath = pTask->strDownloadPath;
+    info.lRegisterTime = QDateTime::currentSecsSinceEpoch();
+    info.lBeginTime = UnixTimeOf(pTask->strStartTime);
+    info.lEndTime = UnixTimeOf(pTask->strEndTime);
+    info.iResourceKind = RecordingKind;
+    info.strTitle = pTask->strText4;
+    if (LocalResourceDbInterface* pDatabase = LocalResourceDbInterface::GetInstance())
+        pDatabase->Insert(&info);
+    if (m_pCloudLogic)
+        m_pCloudLogic->ReportRecordDownloaded(pTask->strDeviceId.toStdString(), pTask->iValue5, info.lBeginTime,
+                                              info.lEndTime, source.iReportedKind, pTask->strRecordId.toStdString());
+}
+
+void RecordDownloadModule::RegisterCloudFinishedFile(const QString& strRecordId)
+{
+    RegisterFinishedFile(Sources[CloudRecord], strRecordId);
+}
+
+void RecordDownloadModule::RegisterDeviceFinishedFile(const QString& strRecordId)
+{
+    RegisterFinishedFile(Sources[DeviceRecord], strRecordId);
+}
+
+void RecordDownloadModule::RegisterIOTLanFinishedFile(const QString& strRecordId)
+{
+    RegisterFinishedFile(Sources[IOTLanRecord], strRecordId);
+}
+
+void RecordDownloadModule::RegisterLanModuleFinishedFile(const QString& strRecordId)
+{
+    RegisterFinishedFile(Sources[LanModuleRecord], strRecordId);
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Plugin/IKXWidgetPluginInterface.h"
+
+#include <QtCore/QObject>
+
+class KXRecordManageGlobalData;
+
+// The plug-in object. The host reaches it through QPluginLoader by the interface's IID, or links the class.
+// Thread: the GUI thread.
+class Q_DECL_EXPORT KXRecordManage : public QObject, public IKXWidgetPluginInterface
+{
+    Q_OBJECT
+    Q_INTERFACES(IKXWidgetPluginInterface)
+    Q_PLUGIN_METADATA(IID "com.Interface.IKXWidgetPluginInterface" FILE "KXRecordManage.json")
+
+public:
+    KXRecordManage();
+    ~KXRecordManage() override;
+
+    const char* Id() override;
+    void Init(QString strJson) override;
+    void Start() override;
+    void Stop() override;
+    void Destory() override;
+    int Order() override;
+    QString Name() override;
+    QString Information() override;
+    QWidget* CenterWidget(QString strName) override;
+    void SetGetDataListener(KXLogicPluginGoMain* pListener) override;
+
+private:
+    KXRecordManageGlobalData* m_pGlobalData; // owned; null before Init and after Destory
+};

@@ -1,0 +1,366 @@
+// The thread that decrypts cover pictures: what it gives to the host, what it saves, its order and its end.
+
+#include "Engine/CoverPictures.h"
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QEventLoop>
+#include <QtGui/QImageReader>
+
+#include <atomic>
+#include <thread>
+
+using namespace CoverPictures;
+
+class DecryptTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void TheHostGetsTheFileAndTheJobsTexts_data();
+    void TheHostGetsTheFileAndTheJobsTexts();
+    void TheClearPictureIsSavedBesideTheRecording_data();
+    void TheClearPictureIsSavedBesideTheRecording();
+    void APathWithoutSuffixIsUsedUnchanged();
+    void AReceivedRecordingIsNotOverwritten();
+    void AFailureIsPassedOnAndSavesNothing_data();
+    void AFailureIsPassedOnAndSavesNothing();
+    void AnUnreadableFileIsSkipped_data();
+    void AnUnreadableFileIsSkipped();
+    void AClearPictureThatIsNoneIsNotSaved_data();
+    void AClearPictureThatIsNoneIsNotSaved();
+    void JobsQueuedTogetherRunBackToBackInOrder();
+    void AllJobsRunOnOneThreadOneAfterTheOther();
+    void AnIdleThreadWakesForAJob();
+    void StopLetsTheRunningJobEndAndDropsTheOthers();
+    void StopAndStartMayBeRepeated();
+    void DestroyingItEndsTheThread();
+    void WithoutAHostNothingIsDecrypted();
+};
+
+namespace {
+
+// A whole and valid picture of 81 megapixels, of few bytes as all its pixels are equal.
+QByteArray HugePng()
+{
+    QImage image(9000, 9000, QImage::Format_Mono);
+    image.fill(0);
+    return Encoded(image, "PNG");
+}
+
+// Declares 60,000 times 60,000 pixels: 14 GB when decoded.
+QByteArray HugeBmp()
+{
+    QByteArray bytes = Small("BMP");
+    bytes.replace(18, 8, QByteArray::fromHex("60ea000060ea0000"));
+    return bytes;
+}
+
+// The thread in a world of its own; results stand in the world's list as "Finished result url path".
+class Rig
+{
+public:
+    Rig()
+        : m_decrypt(&m_world.Cloud(), nullptr)
+    {
+        QObject::connect(
+            &m_decrypt, &PictrueDecrypt::SignalDecrptPictrueFinished, &m_decrypt,
+            [this](int iResult, const QString& strUrl, const QString& strPath) {
+                m_world.Calls().Add(QStringLiteral("Finished %1 %2 %3").arg(QString::number(iResult), strUrl, strPath));
+            },
+            Qt::DirectConnection);
+    }
+    ~Rig() { m_world.Cloud().OpenDecryptGate(); }
+
+    FakeWorld& World() { return m_world; }
+    PictrueDecrypt& Decrypt() { return m_decrypt; }
+
+    void Enqueue(const char* pszUrl, const char* pszTarget = "1.mp4", const QByteArray& content = "encrypted")
+    {
+        // A file of its own: an earlier job may be reading its file right now.
+        const QByteArray name = "served" + QByteArray::number(++m_iServed) + ".enc";
+        const QString strLocal = m_world.WriteFile(name.constData(), content);
+        m_decrypt.Enqueue({QString::fromUtf8(pszUrl), strLocal, QStringLiteral("key"), QStringLiteral("device"),
+                           QStringLiteral("secret"), m_world.Path(pszTarget)});
+    }
+    QStringList Finished() { return m_world.Calls().Lines("Finished"); }
+
+private:
+    FakeWorld m_world;
+    PictrueDecrypt m_decrypt;
+    int m_iServed = 0;
+};
+
+} // namespace
+
+void DecryptTest::TheHostGetsTheFileAndTheJobsTexts_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QStringList>("call");
+    QTest::newRow("a file") << QByteArray("encrypted")
+                            << Texts({"DecryptPicture ZW5jcnlwdGVk key=key device=device password=secret"});
+    QTest::newRow("bytes that are no text") << QByteArray::fromHex("00ff10800a0d")
+                                            << Texts({"DecryptPicture AP8QgAoN key=key device=device password=secret"});
+    QTest::newRow("an empty file") << QByteArray() << Texts({"DecryptPicture  key=key device=device password=secret"});
+}
+
+void DecryptTest::TheHostGetsTheFileAndTheJobsTexts()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QStringList, call);
+    Rig rig;
+    rig.Decrypt().Start();
+    rig.Enqueue("url", "1.mp4", content);
+    QTRY_COMPARE(rig.Finished(), Texts({"Finished 1 url "}));
+    QCOMPARE(rig.World().Calls().Lines("DecryptPicture"), call);
+    QCOMPARE(rig.World().Calls().OffThread().size(), 2); // the call and the signal
+}
+
+void DecryptTest::TheClearPictureIsSavedBesideTheRecording_data()
+{
+    QTest::addColumn<QByteArray>("format"); // of the clear bytes
+    QTest::addColumn<QByteArray>("target");
+    QTest::addColumn<QStringList>("finished");
+    QTest::newRow("a PNG is saved as a JPEG")
+        << QByteArray("PNG") << QByteArray("1.mp4") << Texts({"Finished 0 url ~/1.jpg"});
+    QTest::newRow("a JPEG") << QByteArray("JPG") << QByteArray("1.mp4") << Texts({"Finished 0 url ~/1.jpg"});
+    QTest::newRow("a BMP") << QByteArray("BMP") << QByteArray("1.mp4") << Texts({"Finished 0 url ~/1.jpg"});
+    QTest::newRow("every suffix in the path is replaced")
+        << QByteArray("PNG") << QByteArray("a.mp4/b.mp4.mp4") << Texts({"Finished 0 url ~/a.jpg/b.jpg.jpg"});
+    QTest::newRow("a path in another script")
+        << QByteArray("PNG") << QByteArray("录像 (1).mp4") << Texts({"Finished 0 url ~/录像 (1).jpg"});
+}
+
+void DecryptTest::TheClearPictureIsSavedBesideTheRecording()
+{
+    QFETCH(QByteArray, format);
+    QFETCH(QByteArray, target);
+    QFETCH(QStringList, finished);
+    Rig rig;
+    rig.World().WriteFile("a.jpg/other");
+    rig.World().Cloud().QueueDecryption(0, Small(format.constData()));
+    rig.Decrypt().Start();
+    rig.Enqueue("url", target.constData());
+    QTRY_COMPARE(rig.Finished(), finished);
+    QString strSaved = finished.first().section(QLatin1Char(' '), 3);
+    QImageReader reader(strSaved.replace(QLatin1Char('~'), rig.World().Folder()));
+    reader.setDecideFormatFromContent(true);
+    QCOMPARE(reader.format(), QByteArray("jpeg"));
+    const QImage saved = reader.read();
+    QCOMPARE(saved.size(), QSize(6, 4));
+    QVERIFY(qAbs(saved.pixelColor(2, 2).red() - 200) < 16 && qAbs(saved.pixelColor(2, 2).green() - 40) < 16);
+}
+
+void DecryptTest::APathWithoutSuffixIsUsedUnchanged()
+{
+    Rig rig;
+    rig.World().WriteFile("1.jpg", "somebody else's");
+    rig.World().WriteFile("1.png.jpg", "somebody else's");
+    rig.World().Cloud().QueueDecryption(0, Small("JPG"));
+    rig.World().Cloud().QueueDecryption(0, Small("PNG"));
+    rig.Decrypt().Start();
+    rig.Enqueue("one", "1.png");
+    rig.Enqueue("two", "1.MP4"); // another suffix, and no picture format
+    QTRY_COMPARE(rig.Finished(), Texts({"Finished 0 one ~/1.png", "Finished 0 two ~/1.MP4"}));
+    QCOMPARE(QImageReader::imageFormat(rig.World().Path("1.png")), QByteArray("png"));
+    for (const char* pszName : {"1.jpg", "1.png.jpg"}) {
+        QFile file(rig.World().Path(pszName));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("somebody else's"));
+    }
+}
+
+void DecryptTest::AReceivedRecordingIsNotOverwritten()
+{
+    Rig rig;
+    rig.World().WriteFile("recording.png", "a recording");
+    rig.World().Cloud().QueueDecryption(0, Small("PNG"));
+    rig.Decrypt().Start();
+    rig.Enqueue("url", "recording.png");
+    QTRY_COMPARE(rig.Finished(), Texts({"Finished 0 url ~/recording.png"}));
+    QFile file(rig.World().Path("recording.png"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("a recording"));
+}
+
+void DecryptTest::AFailureIsPassedOnAndSavesNothing_data()
+{
+    QTest::addColumn<int>("result");
+    QTest::addColumn<QStringList>("finished");
+    QTest::newRow("wrong key") << 2 << Texts({"Finished 2 url "});
+    QTest::newRow("another failure") << 1 << Texts({"Finished 1 url "});
+    QTest::newRow("a negative result") << -5 << Texts({"Finished -5 url "});
+}
+
+void DecryptTest::AFailureIsPassedOnAndSavesNothing()
+{
+    QFETCH(int, result);
+    QFETCH(QStringList, finished);
+    Rig rig;
+    rig.World().Cloud().QueueDecryption(result, Small("PNG")); // a picture all the same: it is not looked at
+    rig.Decrypt().Start();
+    rig.Enqueue("url");
+    QTRY_COMPARE(rig.Finished(), finished);
+    QVERIFY(!rig.World().HasFile("1.jpg"));
+}
+
+void DecryptTest::AnUnreadableFileIsSkipped_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::newRow("it does not exist") << QByteArray("missing.enc");
+    QTest::newRow("it is a folder") << QByteArray(".");
+    QTest::newRow("it lies below a file") << QByteArray("served1.enc/x");
+}
+
+void DecryptTest::AnUnreadableFileIsSkipped()
+{
+    QFETCH(QByteArray, file);
+    Rig rig;
+    rig.Decrypt().Start();
+    rig.Decrypt().Enqueue({QStringLiteral("skipped"), rig.World().Path(file.constData()), QString(), QString(),
+                           QString(), rig.World().Path("1.mp4")});
+    rig.Decrypt().Enqueue({QStringLiteral("skipped"), QString(), QString(), QString(), QString(), QString()});
+    rig.Enqueue("next");
+    QTRY_COMPARE(rig.Finished(), Texts({"Finished 1 next "}));
+    QCOMPARE(rig.World().Calls().Count("DecryptPicture"), 1);
+}
+
+void DecryptTest::AClearPictureThatIsNoneIsNotSaved_data()
+{
+    QTest::addColumn<QByteArray>("clear");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("text") << QByteArray("this is no picture");
+    QTest::newRow("a signature only") << Small("PNG").left(8);
+    QTest::newRow("cut in its header") << Small("PNG").left(24);
+    QTest::newRow("a JPEG cut in its header") << Small("JPG").left(20);
+    QTest::newRow("a PNG of 81 megapixels") << HugePng();
+    QTest::newRow("a BMP of 3.6 gigapixels") << HugeBmp();
+}
+
+// The host said that it went well, so that is what is passed on; the path then names no file.
+void DecryptTest::AClearPictureThatIsNoneIsNotSaved()
+{
+    QFETCH(QByteArray, clear);
+    Rig rig;
+    rig.World().Cloud().QueueDecryption(0, clear);
+    rig.Decrypt().Start();
+    rig.Enqueue("url");
+    QTRY_COMPARE(rig.Finished(), Texts({"Finished 0 url ~/1.jpg"}));
+    QVERIFY(!rig.World().HasFile("1.jpg"));
+}
+
+void DecryptTest::JobsQueuedTogetherRunBackToBackInOrder()
+{
+    Rig rig;
+    QElapsedTimer timer;
+    timer.start();
+    rig.World().Cloud().CloseDecryptGate();
+    rig.Decrypt().Start();
+    rig.Enqueue("one");
+    QTRY_COMPARE(rig.World().Calls().Count("DecryptPicture"), 1);
+    rig.Enqueue("two"); // both wake-ups come while it is busy
+    rig.Enqueue("three");
+    rig.World().Cloud().OpenDecryptGate();
+    QTRY_COMPARE(rig.Finished(), Texts({"Finished 1 one ", "Finished 1 two ", "Finished 1 three "}));
+    QVERIFY2(timer.elapsed() < 3000, "it idled between two jobs");
+}
+
+void DecryptTest::AllJobsRunOnOneThreadOneAfterTheOther()
+{
+    Rig rig;
+    std::atomic<int> iInside{0};
+    std::atomic<int> iMost{0};
+    std::atomic<int> iForeign{0};
+    rig.World().Calls().WhenAdded("DecryptPicture", [&] {
+        iMost = qMax(iMost.load(), ++iInside);
+        iForeign += QThread::currentThread() == &rig.Decrypt() ? 0 : 1;
+    });
+    rig.World().Calls().WhenAdded("Finished", [&] { --iInside; });
+    QStringList expected;
+    for (int i = 0; i < 200; ++i) { // the first ones before the thread runs
+        if (i == 50)
+            rig.Decrypt().Start();
+        const QByteArray url = QByteArray::number(i);
+        rig.Enqueue(url.constData());
+        expected.append(QStringLiteral("Finished 1 %1 ").arg(i));
+    }
+    QTRY_COMPARE(rig.Finished().size(), 200);
+    QCOMPARE(rig.Finished(), expected);
+    QCOMPARE(iMost.load(), 1);
+    QCOMPARE(iForeign.load(), 0);
+}
+
+// Each job comes at the moment when the thread is about to sleep; a wake-up that is missed costs seconds.
+void DecryptTest::AnIdleThreadWakesForAJob()
+{
+    Rig rig;
+    std::atomic<int> iFinished{0};
+    rig.World().Calls().WhenAdded("Finished", [&iFinished] { ++iFinished; });
+    rig.Decrypt().Start();
+    for (int i = 1; i <= 500; ++i) {
+        QElapsedTimer timer;
+        timer.start();
+        rig.Enqueue("url");
+        while (iFinished < i)
+            std::this_thread::yield();
+        QVERIFY2(timer.elapsed() < 4000, "it slept on");
+    }
+}
+
+// The host's call ends only when the thread has been told to stop: an event loop of the thread ends by that.
+void DecryptTest::StopLetsTheRunningJobEndAndDropsTheOthers()
+{
+    Rig rig;
+    rig.World().Calls().WhenAdded("DecryptPicture", [] { QEventLoop().exec(); });
+    rig.Decrypt().Start();
+    rig.Enqueue("one");
+    rig.Enqueue("two");
+    QTRY_COMPARE(rig.World().Calls().Count("DecryptPicture"), 1);
+    rig.Decrypt().Stop();
+    QVERIFY(rig.Decrypt().isFinished());
+    QCOMPARE(rig.World().Calls().Lines({"DecryptPicture", "Finished"}),
+             Texts({"DecryptPicture ZW5jcnlwdGVk key=key device=device password=secret", "Finished 1 one "}));
+}
+
+void DecryptTest::StopAndStartMayBeRepeated()
+{
+    Rig rig;
+    rig.Decrypt().Stop(); // it never ran
+    rig.Decrypt().Start();
+    rig.Decrypt().Start();
+    QVERIFY(rig.Decrypt().isRunning());
+    rig.Decrypt().Stop();
+    rig.Decrypt().Stop();
+    QVERIFY(rig.Decrypt().isFinished());
+    rig.Decrypt().Start();
+    rig.Enqueue("url");
+    QTRY_COMPARE(rig.Finished(), Texts({"Finished 1 url "}));
+}
+
+void DecryptTest::DestroyingItEndsTheThread()
+{
+    FakeWorld world;
+    std::atomic<bool> bEnded{false};
+    {
+        PictrueDecrypt decrypt(&world.Cloud(), nullptr);
+        connect(
+            &decrypt, &QThread::finished, &decrypt, [&bEnded] { bEnded = true; }, Qt::DirectConnection);
+        decrypt.Start();
+    }
+    QVERIFY(bEnded);
+}
+
+void DecryptTest::WithoutAHostNothingIsDecrypted()
+{
+    FakeWorld world;
+    PictrueDecrypt decrypt(nullptr, nullptr);
+    QSignalSpy finished(&decrypt, &PictrueDecrypt::SignalDecrptPictrueFinished);
+    decrypt.Start();
+    decrypt.Enqueue(
+        {QStringLiteral("url"), world.WriteFile("served.enc"), QString(), QString(), QString(), world.Path("1.mp4")});
+    decrypt.Stop();
+    QCOMPARE(finished.size(), 0);
+    QVERIFY(!world.HasFile("1.jpg"));
+}
+
+QTEST_GUILESS_MAIN(DecryptTest)
+#include "DecryptTest.moc"

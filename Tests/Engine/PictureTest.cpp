@@ -1,0 +1,402 @@
+// What the outcome of a cover picture does to its task, one picture at a time.
+
+#include "Engine/CoverPictures.h"
+
+using namespace CoverPictures;
+using namespace EngineCases;
+
+class PictureTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void ATaskIsHeldUntilItsPictureIsSettled();
+    void TheDecrypterGetsTheTasksTexts();
+    void TheDecrypterGetsTheFetchedPassword();
+    void TheDecrypterGetsTheTextsOfTheRequest();
+    void AFailedDownloadReleasesAHeldTask_data();
+    void AFailedDownloadReleasesAHeldTask();
+    void AFailedDownloadChangesNothingForAListedTask();
+    void AClearPictureReleasesAHeldTask_data();
+    void AClearPictureReleasesAHeldTask();
+    void AClearPictureOfAListedTaskGoesToItsRow();
+    void AWrongKeyDropsAHeldTask();
+    void AWrongKeyIsOnlyLoggedForAListedTask();
+    void AnotherFailureReleasesAHeldTask_data();
+    void AnotherFailureReleasesAHeldTask();
+    void AnotherFailureChangesNothingForAListedTask();
+    void AnUnknownUrlIsIgnored_data();
+    void AnUnknownUrlIsIgnored();
+    void ASettledPictureIsForgotten_data();
+    void ASettledPictureIsForgotten();
+    void AnUnreadableFileLeavesTheTaskHeld();
+    void APictureThatIsNoneStillReleasesTheTask();
+    void APathWithoutSuffixIsItsOwnPicturePath();
+    void AReleasedTaskWaitsForAFreePlace();
+    void APictureOfADeletedTaskIsIgnored();
+    void TheCoverOfATaskDeletedMeanwhileIsRemoved_data();
+    void TheCoverOfATaskDeletedMeanwhileIsRemoved();
+    void AHostWithoutPicturesReleasesItsTasks();
+};
+
+namespace {
+
+KXDownLoadList::DownloadCloudRecordInfo Covered(const EngineRig& rig, const char* pszId)
+{
+    auto record = rig.Cloud(pszId);
+    record.strCloudText1 = QStringLiteral("cover");
+    record.strCloudText4 = QStringLiteral("picture-key");
+    record.strPicturePath = QStringLiteral("as-received");
+    return record;
+}
+
+// One task whose password was fetched, so that it has its row and runs already; its picture is asked for.
+void SendListed(EngineRig& rig)
+{
+    auto record = Covered(rig, "1");
+    record.strText1 = QStringLiteral("account");
+    record.strCloudText2 = QStringLiteral("record-key");
+    rig.SendOne(record);
+    rig.World().Cloud().AnswerPassword(0, 1, "fetched");
+    rig.Settle();
+    rig.World().Log().Clear();
+}
+
+void SendHeld(EngineRig& rig)
+{
+    rig.SendOne(Covered(rig, "1"));
+}
+
+// The host serves the picture and decrypts it with that result; the engine has acted on it when this returns.
+void Settle(EngineRig& rig, int iResult, const QByteArray& clear = QByteArray())
+{
+    rig.World().Cloud().QueueDecryption(iResult, clear);
+    rig.Calls().Clear();
+    Serve(rig, "cover", 1);
+}
+
+} // namespace
+
+void PictureTest::ATaskIsHeldUntilItsPictureIsSettled()
+{
+    EngineRig rig;
+    rig.Calls().Clear();
+    SendHeld(rig);
+    QCOMPARE(Told(rig), Texts({"get cover"}));
+}
+
+void PictureTest::TheDecrypterGetsTheTasksTexts()
+{
+    EngineRig rig;
+    auto record = Covered(rig, "1");
+    record.strPassword = QStringLiteral("secret");
+    rig.SendOne(record);
+    Settle(rig, 1);
+    QCOMPARE(rig.Calls().Lines("Decrypt"),
+             Texts({"DecryptPicture ZW5jcnlwdGVk key=picture-key device=SN-1 password=secret"}));
+}
+
+void PictureTest::TheDecrypterGetsTheFetchedPassword()
+{
+    EngineRig rig;
+    SendListed(rig);
+    Settle(rig, 1);
+    QCOMPARE(rig.Calls().Lines("Decrypt"),
+             Texts({"DecryptPicture ZW5jcnlwdGVk key=picture-key device=SN-1 password=fetched"}));
+}
+
+void PictureTest::TheDecrypterGetsTheTextsOfTheRequest()
+{
+    EngineRig rig;
+    const auto pTask = std::make_shared<KXDownLoadList::DownloadCloudRecordInfo>(Covered(rig, "1"));
+    pTask->strPassword = QStringLiteral("secret");
+    rig.Engine().StartRecordDownloads({pTask});
+    pTask->strCloudText4 = QStringLiteral("later key");
+    pTask->strPassword = QStringLiteral("later password");
+    Settle(rig, 1);
+    QCOMPARE(rig.Calls().Lines("Decrypt"),
+             Texts({"DecryptPicture ZW5jcnlwdGVk key=picture-key device=SN-1 password=secret"}));
+}
+
+void PictureTest::AFailedDownloadReleasesAHeldTask_data()
+{
+    QTest::addColumn<int>("result");
+    QTest::newRow("1") << 1;
+    QTest::newRow("2 is no wrong key here") << 2;
+    QTest::newRow("-1") << -1;
+}
+
+void PictureTest::AFailedDownloadReleasesAHeldTask()
+{
+    QFETCH(int, result);
+    EngineRig rig;
+    SendHeld(rig);
+    rig.Calls().Clear();
+    rig.World().Pictures().Answer("cover", result, QString());
+    QCOMPARE(Told(rig), Texts({"SignalAddDownloadInfo 1", "StartCloudRecordDownload 1"}));
+    QCOMPARE(rig.Task("1")->strPicturePath, QString());
+    QCOMPARE(rig.World().Log().Lines(), Texts({}));
+}
+
+void PictureTest::AFailedDownloadChangesNothingForAListedTask()
+{
+    EngineRig rig;
+    SendListed(rig);
+    rig.Calls().Clear();
+    rig.World().Pictures().AnswerFailed("cover");
+    rig.Settle();
+    QCOMPARE(Told(rig), Texts({}));
+    QCOMPARE(rig.Task("1")->strPicturePath, QStringLiteral("as-received"));
+    rig.RaiseState(Source::Cloud, "1", 1); // it runs on
+    QCOMPARE(Told(rig), Texts({"SignalDownloadRecordStates 1 1 false"}));
+}
+
+void PictureTest::AClearPictureReleasesAHeldTask_data()
+{
+    QTest::addColumn<QString>("account");
+    QTest::addColumn<QString>("key");
+    QTest::newRow("neither account nor key") << QString() << QString();
+    QTest::newRow("an account and no key") << QStringLiteral("account") << QString();
+    QTest::newRow("a key and no account") << QString() << QStringLiteral("record-key");
+}
+
+void PictureTest::AClearPictureReleasesAHeldTask()
+{
+    QFETCH(QString, account);
+    QFETCH(QString, key);
+    EngineRig rig;
+    auto record = Covered(rig, "1");
+    record.strText1 = account;
+    record.strCloudText2 = key;
+    rig.SendOne(record);
+    Settle(rig, 0, Small());
+    QCOMPARE(Told(rig),
+             Texts({"DecryptPicture ZW5jcnlwdGVk", "SignalAddDownloadInfo 1", "StartCloudRecordDownload 1"}));
+    QCOMPARE(rig.Task("1")->strPicturePath, rig.World().Path("1.jpg"));
+    QVERIFY(rig.World().HasFile("1.jpg"));
+    QCOMPARE(rig.Calls().OffThread().size(), 1); // the decryption only
+}
+
+void PictureTest::AClearPictureOfAListedTaskGoesToItsRow()
+{
+    EngineRig rig;
+    SendListed(rig);
+    Settle(rig, 0, Small());
+    QCOMPARE(Told(rig), Texts({"DecryptPicture ZW5jcnlwdGVk", "SignalUpdateCloudPictureInfo 1 ~/1.jpg"}));
+    QVERIFY(rig.World().HasFile("1.jpg"));
+}
+
+void PictureTest::AWrongKeyDropsAHeldTask()
+{
+    EngineRig rig;
+    SendHeld(rig);
+    Settle(rig, 2);
+    QCOMPARE(Told(rig), Texts({"DecryptPicture ZW5jcnlwdGVk", "notify EventNotifyDownloadRecordStates"}));
+    QCOMPARE(StateEvents(rig), Texts({"{\n    \"iCode\": 3,\n    \"iRecordType\": 0,\n"
+                                      "    \"strDownloadPath\": \"~/1.mp4\",\n    \"strRecordId\": \"1\"\n}\n"}));
+    QCOMPARE(rig.World().Log().Lines(),
+             Texts({"2 RecordDownloadModule::OnPictureDecrptFinished Decrpt picture DecKeyError."}));
+    rig.Calls().Clear();
+    rig.World().Cloud().RaisePassword(1, "secret", {"SN-1", -1, "1", ""}); // it is held no longer
+    rig.Settle();
+    QCOMPARE(Told(rig), Texts({}));
+}
+
+void PictureTest::AWrongKeyIsOnlyLoggedForAListedTask()
+{
+    EngineRig rig;
+    SendListed(rig);
+    Settle(rig, 2);
+    QCOMPARE(Told(rig), Texts({"DecryptPicture ZW5jcnlwdGVk"}));
+    QCOMPARE(rig.World().Log().Lines(),
+             Texts({"2 RecordDownloadModule::OnPictureDecrptFinished Decrpt picture DecKeyError."}));
+    rig.RaiseState(Source::Cloud, "1", 1); // it runs on
+    QCOMPARE(rig.Calls().Lines("Signal"), Texts({"SignalDownloadRecordStates 1 1 false"}));
+}
+
+void PictureTest::AnotherFailureReleasesAHeldTask_data()
+{
+    QTest::addColumn<int>("result");
+    for (const int iResult : {1, 3, 100, -1, -2})
+        QTest::newRow(QByteArray::number(iResult).constData()) << iResult;
+}
+
+void PictureTest::AnotherFailureReleasesAHeldTask()
+{
+    QFETCH(int, result);
+    EngineRig rig;
+    SendHeld(rig);
+    Settle(rig, result);
+    QCOMPARE(Told(rig),
+             Texts({"DecryptPicture ZW5jcnlwdGVk", "SignalAddDownloadInfo 1", "StartCloudRecordDownload 1"}));
+    QCOMPARE(rig.Task("1")->strPicturePath, QString());
+    QCOMPARE(rig.World().Log().Lines(), Texts({}));
+}
+
+void PictureTest::AnotherFailureChangesNothingForAListedTask()
+{
+    EngineRig rig;
+    SendListed(rig);
+    Settle(rig, 1);
+    QCOMPARE(Told(rig), Texts({"DecryptPicture ZW5jcnlwdGVk"}));
+    QCOMPARE(rig.World().Log().Lines(), Texts({}));
+    QCOMPARE(rig.Task("1")->strPicturePath, QStringLiteral("as-received"));
+}
+
+void PictureTest::AnUnknownUrlIsIgnored_data()
+{
+    QTest::addColumn<QByteArray>("url");
+    QTest::newRow("another one") << QByteArray("other");
+    QTest::newRow("its beginning") << QByteArray("cove");
+    QTest::newRow("other case") << QByteArray("COVER");
+    QTest::newRow("none") << QByteArray();
+}
+
+void PictureTest::AnUnknownUrlIsIgnored()
+{
+    QFETCH(QByteArray, url);
+    EngineRig rig;
+    SendHeld(rig);
+    rig.Calls().Clear();
+    rig.World().Pictures().AnswerFailed(url.constData());
+    rig.World().Pictures().AnswerWithFile(url.constData(), "encrypted");
+    for (const int iResult : {0, 1, 2})
+        rig.Engine().OnPictureDecrptFinished(iResult, QString::fromUtf8(url), rig.World().Path("1.jpg"));
+    rig.Settle();
+    QCOMPARE(Told(rig), Texts({}));
+    QCOMPARE(rig.World().Log().Lines(), Texts({}));
+}
+
+void PictureTest::ASettledPictureIsForgotten_data()
+{
+    QTest::addColumn<bool>("downloaded");
+    QTest::addColumn<int>("result");
+    QTest::newRow("not downloaded") << false << 0;
+    QTest::newRow("decrypted") << true << 0;
+    QTest::newRow("wrong key") << true << 2;
+    QTest::newRow("another failure") << true << 1;
+}
+
+void PictureTest::ASettledPictureIsForgotten()
+{
+    QFETCH(bool, downloaded);
+    QFETCH(int, result);
+    EngineRig rig;
+    SendListed(rig);
+    if (downloaded)
+        Settle(rig, result, Small());
+    else
+        rig.World().Pictures().AnswerFailed("cover");
+    rig.Settle();
+    rig.Calls().Clear();
+    rig.World().Log().Clear();
+    rig.World().Pictures().AnswerWithFile("cover", "encrypted"); // told twice: nothing is decrypted
+    for (const int iResult : {0, 1, 2})
+        rig.Engine().OnPictureDecrptFinished(iResult, QStringLiteral("cover"), rig.World().Path("1.jpg"));
+    QCOMPARE(Told(rig), Texts({}));
+    QCOMPARE(rig.World().Log().Lines(), Texts({}));
+}
+
+void PictureTest::AnUnreadableFileLeavesTheTaskHeld()
+{
+    EngineRig rig;
+    SendHeld(rig);
+    auto other = Covered(rig, "2");
+    other.strCloudText1 = QStringLiteral("other");
+    rig.SendOne(other);
+    rig.Calls().Clear();
+    rig.World().Pictures().Answer("cover", 0, rig.World().Path("missing.enc"));
+    rig.World().Pictures().AnswerWithFile("other", "encrypted"); // decrypted after it
+    QTRY_COMPARE(rig.Calls().Count("SignalAddDownloadInfo"), 1);
+    QCOMPARE(Told(rig),
+             Texts({"DecryptPicture ZW5jcnlwdGVk", "SignalAddDownloadInfo 2", "StartCloudRecordDownload 2"}));
+}
+
+void PictureTest::APictureThatIsNoneStillReleasesTheTask()
+{
+    EngineRig rig;
+    SendHeld(rig);
+    Settle(rig, 0, "no picture");
+    QCOMPARE(rig.Calls().Short("Start"), Texts({"StartCloudRecordDownload 1"}));
+    QVERIFY(!rig.World().HasFile("1.jpg"));
+}
+
+void PictureTest::APathWithoutSuffixIsItsOwnPicturePath()
+{
+    EngineRig rig;
+    auto record = Covered(rig, "1");
+    record.strDownloadPath = rig.World().Path("cover.jpg");
+    rig.SendOne(record);
+    Settle(rig, 0, Small());
+    QCOMPARE(rig.Task("1")->strPicturePath, rig.World().Path("cover.jpg"));
+    QVERIFY(rig.World().HasFile("cover.jpg"));
+}
+
+void PictureTest::AReleasedTaskWaitsForAFreePlace()
+{
+    EngineRig rig;
+    rig.World().Pictures().FailAll();
+    SendTasks(rig, Source::Cloud, {"7", "8", "9"});
+    EngineRig::Settle();
+    rig.Calls().Clear();
+    SendTasks(rig, Source::Cloud, {"6"});
+    QCOMPARE(Told(rig), Texts({"get ", "SignalAddDownloadInfo 6"}));
+    rig.RaiseState(Source::Cloud, "8", 2);
+    QCOMPARE(rig.Calls().Short("Start"), Texts({"StartCloudRecordDownload 6"}));
+}
+
+void PictureTest::APictureOfADeletedTaskIsIgnored()
+{
+    EngineRig rig;
+    SendHeld(rig);
+    rig.Engine().DeleteRecordDownload(0, QStringLiteral("1"), rig.World().Path("1.mp4"));
+    Settle(rig, 0, Small());
+    QCOMPARE(Told(rig), Texts({"DecryptPicture ZW5jcnlwdGVk"}));
+}
+
+void PictureTest::TheCoverOfATaskDeletedMeanwhileIsRemoved_data()
+{
+    QTest::addColumn<bool>("listed");
+    QTest::addColumn<bool>("deleted");
+    QTest::addColumn<bool>("left");
+    QTest::newRow("held, deleted") << false << true << false;
+    QTest::newRow("running, deleted") << true << true << false;
+    QTest::newRow("held, not deleted") << false << false << true;
+    QTest::newRow("running, not deleted") << true << false << true;
+}
+
+void PictureTest::TheCoverOfATaskDeletedMeanwhileIsRemoved()
+{
+    QFETCH(bool, listed);
+    QFETCH(bool, deleted);
+    QFETCH(bool, left);
+    EngineRig rig;
+    listed ? SendListed(rig) : SendHeld(rig);
+    bool bSettled = false; // set after the engine's own slot
+    rig.World().Cloud().QueueDecryption(0, Small());
+    rig.World().Cloud().CloseDecryptGate();
+    rig.World().Pictures().AnswerWithFile("cover", "encrypted");
+    QTRY_COMPARE(rig.Calls().Count("DecryptPicture"), 1);
+    if (deleted)
+        rig.Engine().DeleteRecordDownload(0, QStringLiteral("1"), rig.World().Path("1.mp4"));
+    QObject here;
+    connect(
+        rig.Engine().findChild<PictrueDecrypt*>(), &PictrueDecrypt::SignalDecrptPictrueFinished, &here,
+        [&] { bSettled = true; }, Qt::QueuedConnection);
+    rig.World().Cloud().OpenDecryptGate();
+    QTRY_VERIFY(bSettled);
+    QCOMPARE(rig.World().HasFile("1.jpg"), left);
+}
+
+void PictureTest::AHostWithoutPicturesReleasesItsTasks()
+{
+    EngineRig rig([](FakeWorld& world) { world.TakePicturesAway(); });
+    rig.Calls().Clear();
+    SendHeld(rig);
+    QCOMPARE(rig.Calls().Short("get"), Texts({}));
+    QCOMPARE(rig.Calls().Short("Start"), Texts({"StartCloudRecordDownload 1"}));
+    QCOMPARE(rig.Task("1")->strPicturePath, QString());
+}
+
+QTEST_GUILESS_MAIN(PictureTest)
+#include "PictureTest.moc"

@@ -1,0 +1,250 @@
+// The engine is called from inside its own calls: by the host's start, by a slot of the panel, by the client that hears
+// of a state; and a task is handed to it twice.
+
+#include "Engine/EngineCases.h"
+
+using namespace EngineCases;
+
+class ReentryTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void AHeldTaskResumedTwiceIsOneTask_data();
+    void AHeldTaskResumedTwiceIsOneTask();
+    void AListInsideTheHostsStartIsStartedInOrder_data();
+    void AListInsideTheHostsStartIsStartedInOrder();
+    void AFullDiskInsideTheHostsStartStopsThatTransfer_data();
+    void AFullDiskInsideTheHostsStartStopsThatTransfer();
+    void AFullDiskWhileARowIsAnnouncedStartsNothing_data();
+    void AFullDiskWhileARowIsAnnouncedStartsNothing();
+    void ARecordRepeatedWhileItsRowIsAnnouncedStartsOnce_data();
+    void ARecordRepeatedWhileItsRowIsAnnouncedStartsOnce();
+    void ATaskPutInPlaceOfOneThatEndsIsLeftAlone_data();
+    void ATaskPutInPlaceOfOneThatEndsIsLeftAlone();
+    void ATaskWhosePathWasGivenAwayGetsAnother();
+};
+
+namespace {
+
+// Runs `action` inside the first call with that prefix.
+void Once(EngineRig& rig, const char* pszPrefix, const std::function<void()>& action)
+{
+    const auto pDone = std::make_shared<bool>(false);
+    rig.Calls().WhenAdded(pszPrefix, [pDone, action] {
+        if (!*pDone) {
+            *pDone = true;
+            action();
+        }
+    });
+}
+
+void AddSourceRows()
+{
+    QTest::addColumn<Source>("source");
+    QTest::addColumn<QString>("name"); // in the host's operations
+    QTest::newRow("cloud") << Source::Cloud << QStringLiteral("Cloud");
+    QTest::newRow("device") << Source::Device << QStringLiteral("Device");
+    QTest::newRow("IOT LAN") << Source::IOTLan << QStringLiteral("IOTLan");
+    QTest::newRow("LAN module") << Source::LanModule << QStringLiteral("LanModule");
+}
+
+QString Start(const QString& strName, const char* pszId)
+{
+    return QStringLiteral("Start%1RecordDownload %2").arg(strName, QString::fromUtf8(pszId));
+}
+
+QString Stop(const QString& strName, const char* pszId)
+{
+    return QStringLiteral("Stop%1RecordDownload %2").arg(strName, QString::fromUtf8(pszId));
+}
+
+void FillDisk(EngineRig& rig)
+{
+    rig.Send("EventNotifyDeleteDownloadRecord", {rig.World().Folder()});
+}
+
+} // namespace
+
+void ReentryTest::AHeldTaskResumedTwiceIsOneTask_data()
+{
+    QTest::addColumn<bool>("password");
+    QTest::addColumn<QStringList>("others"); // running already
+    const QStringList three = Texts({"7", "8", "9"});
+    QTest::newRow("waiting for its picture") << false << QStringList();
+    QTest::newRow("waiting for its password") << true << QStringList();
+    QTest::newRow("waiting for its picture, no place is free") << false << three;
+    QTest::newRow("waiting for its password, no place is free") << true << three;
+}
+
+void ReentryTest::AHeldTaskResumedTwiceIsOneTask()
+{
+    QFETCH(bool, password);
+    QFETCH(QStringList, others);
+    EngineRig rig;
+    SendTasks(rig, Source::Cloud, others);
+    rig.World().Pictures().AnswerFailed("");
+    const auto pTask = std::make_shared<KXDownLoadList::DownloadCloudRecordInfo>(rig.Cloud("1"));
+    pTask->strText1 = QStringLiteral("account");
+    pTask->strCloudText1 = QStringLiteral("cover");
+    pTask->strCloudText2 = password ? QStringLiteral("key") : QString();
+    rig.Engine().StartRecordDownloads({pTask, pTask});
+    for (int i = 0; i < 2; ++i) { // a second task would take the second answer
+        if (password)
+            rig.World().Cloud().AnswerPassword(0, 1, "secret");
+        rig.World().Pictures().AnswerFailed("cover");
+        rig.Settle();
+    }
+    QCOMPARE(rig.Calls().Count("SignalAddDownloadInfo 1"), 1);
+    QCOMPARE(rig.Calls().Count("StartCloudRecordDownload 1"), others.isEmpty() ? 1 : 0);
+    for (const QString& strId : others)
+        rig.RaiseState(Source::Cloud, strId.toUtf8().constData(), 2);
+    rig.RaiseState(Source::Cloud, "1", 2);
+    rig.RaiseState(Source::Cloud, "1", 2); // a second start would end by this
+    QCOMPARE(rig.Calls().Count("SignalAddDownloadInfo 1"), 1);
+    QCOMPARE(rig.Calls().Count("StartCloudRecordDownload 1"), 1);
+    QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates 1 2"), 1);
+}
+
+void ReentryTest::AListInsideTheHostsStartIsStartedInOrder_data()
+{
+    QTest::addColumn<Source>("source");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("limit");
+    QTest::newRow("cloud") << Source::Cloud << QStringLiteral("Cloud") << 3;
+    QTest::newRow("device") << Source::Device << QStringLiteral("Device") << 2;
+    QTest::newRow("IOT LAN") << Source::IOTLan << QStringLiteral("IOTLan") << 1;
+    QTest::newRow("LAN module") << Source::LanModule << QStringLiteral("LanModule") << 1;
+}
+
+void ReentryTest::AListInsideTheHostsStartIsStartedInOrder()
+{
+    QFETCH(Source, source);
+    QFETCH(QString, name);
+    QFETCH(int, limit);
+    EngineRig rig(NoPictures);
+    Once(rig, "Start", [&] { SendTasks(rig, source, {"2", "3", "4", "5"}); });
+    SendTasks(rig, source, {"1"});
+    const QStringList all{Start(name, "1"), Start(name, "2"), Start(name, "3"), Start(name, "4"), Start(name, "5")};
+    QCOMPARE(rig.Calls().Short("Start"), QStringList(all.mid(0, limit)));
+    int iEnded = 0;
+    for (const char* pszId : {"1", "2", "3", "4", "5"}) {
+        rig.RaiseState(source, pszId, 2);
+        QCOMPARE(rig.Calls().Short("Start"), QStringList(all.mid(0, limit + ++iEnded)));
+    }
+}
+
+void ReentryTest::AFullDiskInsideTheHostsStartStopsThatTransfer_data()
+{
+    AddSourceRows();
+}
+
+void ReentryTest::AFullDiskInsideTheHostsStartStopsThatTransfer()
+{
+    QFETCH(Source, source);
+    QFETCH(QString, name);
+    EngineRig rig(NoPictures);
+    Once(rig, "Start", [&rig] { FillDisk(rig); });
+    SendTasks(rig, source, {"1"});
+    const QStringList told = Told(rig);
+    QCOMPARE(told.mid(told.size() - 3),
+             QStringList({Start(name, "1"), QStringLiteral("SignalStopAllRecord"), Stop(name, "1")}));
+    rig.Calls().Clear();
+    for (const int iCode : {1, 0, 2})
+        rig.RaiseState(source, "1", iCode);
+    QCOMPARE(Told(rig), Texts({}));
+}
+
+void ReentryTest::AFullDiskWhileARowIsAnnouncedStartsNothing_data()
+{
+    AddSourceRows();
+}
+
+void ReentryTest::AFullDiskWhileARowIsAnnouncedStartsNothing()
+{
+    QFETCH(Source, source);
+    QFETCH(QString, name);
+    EngineRig rig(NoPictures);
+    Once(rig, "SignalAddDownloadInfo", [&rig] { FillDisk(rig); });
+    SendTasks(rig, source, {"1"});
+    QCOMPARE(rig.Calls().Lines("Signal"), Texts({"SignalAddDownloadInfo 1", "SignalStopAllRecord"}));
+    QCOMPARE(rig.Calls().Count("Start"), 0);
+    rig.RaiseState(source, "1", 0);
+    QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates"), 0);
+    SendTasks(rig, source, {"1"}); // it is in no list, so this is no repetition
+    QCOMPARE(rig.Calls().Count("SignalAddDownloadInfo"), 2);
+    QCOMPARE(rig.Calls().Short("Start"), QStringList(Start(name, "1")));
+}
+
+void ReentryTest::ARecordRepeatedWhileItsRowIsAnnouncedStartsOnce_data()
+{
+    AddSourceRows();
+}
+
+void ReentryTest::ARecordRepeatedWhileItsRowIsAnnouncedStartsOnce()
+{
+    QFETCH(Source, source);
+    QFETCH(QString, name);
+    EngineRig rig(NoPictures);
+    Once(rig, "SignalAddDownloadInfo", [&rig, source = source] { SendTasks(rig, source, {"1"}); });
+    SendTasks(rig, source, {"1"});
+    QCOMPARE(rig.Calls().Short("Start"), QStringList(Start(name, "1")));
+    rig.RaiseState(source, "1", 2);
+    QCOMPARE(rig.Calls().Short("Start"), QStringList(Start(name, "1")));
+}
+
+// The device source tells the client when it has acted, so only the others can be hit.
+void ReentryTest::ATaskPutInPlaceOfOneThatEndsIsLeftAlone_data()
+{
+    QTest::addColumn<Source>("source");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("code");
+    for (const int iCode : {0, 2}) {
+        QTest::addRow("cloud, code %d", iCode) << Source::Cloud << QStringLiteral("Cloud") << iCode;
+        QTest::addRow("IOT LAN, code %d", iCode) << Source::IOTLan << QStringLiteral("IOTLan") << iCode;
+        QTest::addRow("LAN module, code %d", iCode) << Source::LanModule << QStringLiteral("LanModule") << iCode;
+    }
+}
+
+void ReentryTest::ATaskPutInPlaceOfOneThatEndsIsLeftAlone()
+{
+    QFETCH(Source, source);
+    QFETCH(QString, name);
+    QFETCH(int, code);
+    EngineRig rig(NoPictures);
+    SendTasks(rig, source, {"1"});
+    const DownloadRecordInfoPtr pOld = rig.Task("1");
+    rig.Calls().Clear();
+    Once(rig, "notify EventNotifyDownloadRecordStates", [&rig, &pOld, source = source] {
+        rig.Engine().DeleteRecordDownload(static_cast<int>(source), QStringLiteral("1"), pOld->strDownloadPath);
+        SendTasks(rig, source, {"1"});
+        rig.World().WriteFile("1.mp4"); // the new transfer's
+    });
+    rig.RaiseState(source, "1", code);
+    QVERIFY(rig.Task("1") != pOld);
+    QCOMPARE(rig.Task("1")->strDownloadPath, rig.World().Path("1.mp4"));
+    QCOMPARE(rig.Calls().Short({"Start", "Stop"}), QStringList({Stop(name, "1"), Start(name, "1")}));
+    QVERIFY(rig.World().HasFile("1.mp4"));
+    QCOMPARE(rig.Calls().Lines({"Insert", "Report"}), Texts({}));
+    rig.RaiseState(source, "1", 1); // it runs on
+    QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates 1 1 false"), 1);
+}
+
+void ReentryTest::ATaskWhosePathWasGivenAwayGetsAnother()
+{
+    EngineRig rig;
+    SendTasks(rig, Source::Device, {"1"});
+    const DownloadRecordInfoPtr pFirst = rig.Task("1");
+    rig.Engine().DeleteRecordDownload(1, QStringLiteral("1"), pFirst->strDownloadPath);
+    auto other = rig.Device("2");
+    other.strDownloadPath = rig.World().Path("1.mp4");
+    rig.SendOne(other);
+    QCOMPARE(rig.Task("2")->strDownloadPath, rig.World().Path("1.mp4"));
+    rig.Calls().Clear();
+    rig.Engine().StartRecordDownloads({pFirst});
+    QCOMPARE(pFirst->strDownloadPath, rig.World().Path("1(1).mp4"));
+    QVERIFY(rig.Calls().Lines("StartDeviceRecordDownload 1").value(0).contains(QLatin1String(" path=~/1(1).mp4 ")));
+}
+
+QTEST_GUILESS_MAIN(ReentryTest)
+#include "ReentryTest.moc"

@@ -1,0 +1,215 @@
+// The plug-in-wide data: language and style sheet, through the plug-in object in a fake world.
+
+#include "FakeHost/FakeWorld.h"
+#include "Plugin/KXRecordManage.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtTest/QTest>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QWidget>
+
+namespace {
+
+// What the application makes of the settings button's key.
+QString Translated()
+{
+    return QCoreApplication::translate("DownloadWidget", "common_set");
+}
+
+void SendLanguages(FakeWorld& world, const QVariantList& list)
+{
+    world.Bus().Send("EventNotifyConfigPluginUpdateLanguage", list);
+}
+
+QString TextOf(QWidget* pPanel, const char* pszButton)
+{
+    return pPanel->findChild<QPushButton*>(QString::fromUtf8(pszButton))->text();
+}
+
+} // namespace
+
+class LanguageTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+    void InitAttachesAndTranslates();
+    void ACodeGivesItsOwnFileOrTheBaseFile_data();
+    void ACodeGivesItsOwnFileOrTheBaseFile();
+    void AListOfAnotherLengthLeavesNoTranslator_data();
+    void AListOfAnotherLengthLeavesNoTranslator();
+    void TheSameCodeTwiceIsOneTranslator();
+    void ThePanelsTextsFollow();
+    void ASecondInitChangesNothing();
+    void TheTranslatorOutlivesTheContent();
+    void ANewLifeReplacesTheLeftTranslator();
+    void TheStyleSheetIsAppliedWithItsColours();
+};
+
+// What a case leaves installed ends with a life whose last word is an empty list.
+void LanguageTest::cleanup()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{}"));
+    SendLanguages(world, {});
+    QCOMPARE(Translated(), QStringLiteral("common_set"));
+    plugin.Destory();
+}
+
+void LanguageTest::InitAttachesAndTranslates()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    QCOMPARE(world.Calls().Lines(), Texts({})); // the object alone touches nothing
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"de\"}"));
+    QCOMPARE(world.Calls().Lines("attach").value(0),
+             QStringLiteral("attach EventNotifyConfigPluginUpdateLanguage UpdatePluginLanguage(QVariantList)"));
+    QCOMPARE(Translated(), QStringLiteral("Einstellungen"));
+    QCOMPARE(TextOf(plugin.CenterWidget(QString()), "btnSetting"), QStringLiteral("Einstellungen"));
+    plugin.Destory();
+}
+
+void LanguageTest::ACodeGivesItsOwnFileOrTheBaseFile_data()
+{
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("text");
+    const QString strBase = QStringLiteral("Settings");
+    const QString strRussian = QString::fromUtf8("Настройки");
+    QTest::newRow("its own") << QStringLiteral("ru") << strRussian;
+    QTest::newRow("its own, with a country") << QStringLiteral("zh_CN") << QString::fromUtf8("设置");
+    QTest::newRow("a country without a file") << QStringLiteral("ru_RU") << strRussian;
+    QTest::newRow("not announced in the metadata") << QStringLiteral("ja") << QString::fromUtf8("設定");
+    QTest::newRow("unknown") << QStringLiteral("xx") << strBase;
+    QTest::newRow("unknown with a country") << QStringLiteral("zh_XX") << strBase;
+    QTest::newRow("empty") << QString() << strBase;
+}
+
+void LanguageTest::ACodeGivesItsOwnFileOrTheBaseFile()
+{
+    QFETCH(QString, code);
+    QFETCH(QString, text);
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"fr\"}"));
+    QVERIFY(Translated() != text);
+    SendLanguages(world, {code});
+    QCOMPARE(Translated(), text);
+    plugin.Destory();
+
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"%1\"}").arg(code));
+    QCOMPARE(Translated(), text);
+    plugin.Destory();
+}
+
+void LanguageTest::AListOfAnotherLengthLeavesNoTranslator_data()
+{
+    QTest::addColumn<QVariantList>("list");
+    QTest::newRow("none") << QVariantList();
+    QTest::newRow("two") << QVariantList({QStringLiteral("en"), QStringLiteral("en")});
+}
+
+void LanguageTest::AListOfAnotherLengthLeavesNoTranslator()
+{
+    QFETCH(QVariantList, list);
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"ru\"}"));
+    SendLanguages(world, list);
+    QCOMPARE(Translated(), QStringLiteral("common_set"));
+    QCOMPARE(TextOf(plugin.CenterWidget(QString()), "btnSetting"), QString::fromUtf8("Настройки")); // not retold
+    SendLanguages(world, {QStringLiteral("en")});
+    QCOMPARE(Translated(), QStringLiteral("Settings"));
+    plugin.Destory();
+}
+
+void LanguageTest::TheSameCodeTwiceIsOneTranslator()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"ru\"}"));
+    SendLanguages(world, {QStringLiteral("ru")});
+    SendLanguages(world, {QStringLiteral("ru")});
+    QCOMPARE(Translated(), QString::fromUtf8("Настройки"));
+    SendLanguages(world, {}); // takes one away: nothing is left
+    QCOMPARE(Translated(), QStringLiteral("common_set"));
+    plugin.Destory();
+}
+
+void LanguageTest::ThePanelsTextsFollow()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"en\"}"));
+    QWidget* pPanel = plugin.CenterWidget(QString());
+    QCOMPARE(TextOf(pPanel, "btnAllStart"), QStringLiteral("Pause all"));
+    SendLanguages(world, {QStringLiteral("ru")});
+    QCOMPARE(TextOf(pPanel, "btnAllStart"), QString::fromUtf8("Приостановить все"));
+    QCOMPARE(TextOf(pPanel, "btnSetting"), QString::fromUtf8("Настройки"));
+    QCOMPARE(pPanel->findChild<QLabel*>(QStringLiteral("labelText"))->text(), QString::fromUtf8("Нет загрузок"));
+    plugin.Destory();
+}
+
+void LanguageTest::ASecondInitChangesNothing()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"ru\"}"));
+    QWidget* const pPanel = plugin.CenterWidget(QString());
+    const QStringList calls = world.Calls().Lines();
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"en\"}"));
+    QCOMPARE(plugin.CenterWidget(QString()), pPanel);
+    QCOMPARE(Translated(), QString::fromUtf8("Настройки"));
+    QCOMPARE(world.Calls().Lines(), calls);
+    plugin.Destory();
+}
+
+void LanguageTest::TheTranslatorOutlivesTheContent()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"ru\"}"));
+    plugin.Destory();
+    QCOMPARE(Translated(), QString::fromUtf8("Настройки"));
+    SendLanguages(world, {QStringLiteral("en")}); // nobody listens any more
+    QCOMPARE(Translated(), QString::fromUtf8("Настройки"));
+}
+
+void LanguageTest::ANewLifeReplacesTheLeftTranslator()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    for (const char* pszCode : {"ru", "ja", "en"}) {
+        plugin.Init(QStringLiteral("{\"strLanguage\":\"%1\"}").arg(QLatin1String(pszCode)));
+        plugin.Destory();
+    }
+    QCOMPARE(Translated(), QStringLiteral("Settings"));
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"ru\"}"));
+    SendLanguages(world, {});
+    QCOMPARE(Translated(), QStringLiteral("common_set")); // none of the four is left
+    plugin.Destory();
+}
+
+void LanguageTest::TheStyleSheetIsAppliedWithItsColours()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{}"));
+    const QString strSheet = plugin.CenterWidget(QString())->styleSheet().simplified();
+    QVERIFY(!strSheet.contains(QStringLiteral("KX_COLOR")));
+    QVERIFY(!strSheet.contains(QStringLiteral("pc0")));
+    QVERIFY2(strSheet.contains(QStringLiteral("DownloadWidget { background: #ffffff;")), qPrintable(strSheet));
+    QVERIFY(strSheet.contains(QStringLiteral("border: 1px solid #c9d0da;")));
+    QVERIFY(strSheet.contains(QStringLiteral("QLabel#labelText { color: #66707f;")));
+    QVERIFY(strSheet.contains(QStringLiteral("Microsoft YaHei; color: #1d2430;"))); // btnSetting
+    QVERIFY(strSheet.contains(QStringLiteral("Microsoft YaHei; color: #1f6feb;"))); // btnAllStart
+    SendLanguages(world, {QStringLiteral("ru")});
+    QCOMPARE(plugin.CenterWidget(QString())->styleSheet().simplified(), strSheet);
+    plugin.Destory();
+}
+
+QTEST_MAIN(LanguageTest)
+
+#include "LanguageTest.moc"

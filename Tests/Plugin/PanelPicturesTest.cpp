@@ -1,0 +1,182 @@
+// The pictures of rows: what is asked of the thumbnail thread, and what its answers do.
+
+#include "PanelRig.h"
+
+#include <QtCore/QBuffer>
+#include <QtCore/QThread>
+#include <QtTest/QSignalSpy>
+
+using namespace KXDownLoadList;
+
+class PanelPicturesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void OnlyADeviceRecordWithAPictureAsksForIt_data();
+    void OnlyADeviceRecordWithAPictureAsksForIt();
+    void TheTargetLiesBesideTheVideo_data();
+    void TheTargetLiesBesideTheVideo();
+    void TheThumbsEventAsksForTheRowsPicture();
+    void AnIncompleteOrUnknownThumbsEventIsIgnored();
+    void AThumbnailArrivesInItsRow();
+    void AMissingPictureEmptiesTheRowsPath();
+    void OnlyDeviceRowsTakeTheirThumbnail();
+    void ACloudPictureIsTakenAsItComes();
+    void ThePanelMayGoWhileThumbnailsAreQueued();
+
+private:
+    static QByteArray PngPicture();
+};
+
+QByteArray PanelPicturesTest::PngPicture()
+{
+    QImage image(4, 3, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    image.save(&buffer, "PNG");
+    return bytes;
+}
+
+void PanelPicturesTest::OnlyADeviceRecordWithAPictureAsksForIt_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("picture");
+    QTest::addColumn<int>("requests");
+    QTest::newRow("cloud") << 0 << QStringLiteral("/pic") << 0;
+    QTest::newRow("device") << 1 << QStringLiteral("/pic") << 1;
+    QTest::newRow("device without picture") << 1 << QString() << 0;
+    QTest::newRow("IOT LAN") << 2 << QStringLiteral("/pic") << 0;
+    QTest::newRow("LAN module") << 3 << QStringLiteral("/pic") << 0;
+}
+
+void PanelPicturesTest::OnlyADeviceRecordWithAPictureAsksForIt()
+{
+    QFETCH(int, type);
+    QFETCH(QString, picture);
+    QFETCH(int, requests);
+    PanelRig rig;
+    const QSignalSpy asked(&rig.Panel(), &DownloadWidget::SignalStartWork);
+    const auto pRecord = rig.Made("a", type);
+    pRecord->strPicturePath = picture;
+    rig.Panel().AddDownloadInfo(pRecord);
+    rig.Panel().AddDownloadInfo(pRecord); // shown already: not asked for again
+    QCOMPARE(asked.size(), requests);
+    QVERIFY(rig.Row("a"));
+}
+
+void PanelPicturesTest::TheTargetLiesBesideTheVideo_data()
+{
+    QTest::addColumn<QString>("video");
+    QTest::addColumn<QString>("target");
+    QTest::newRow("plain") << QStringLiteral("/d/a.mp4") << QStringLiteral("/d/a.jpg");
+    QTest::newRow("wherever it stands") << QStringLiteral("/d.mp4/a.mp4.mp4") << QStringLiteral("/d.jpg/a.jpg.jpg");
+    QTest::newRow("case counts") << QStringLiteral("/d/a.MP4") << QStringLiteral("/d/a.MP4");
+    QTest::newRow("another suffix") << QStringLiteral("/d/a.avi") << QStringLiteral("/d/a.avi");
+}
+
+void PanelPicturesTest::TheTargetLiesBesideTheVideo()
+{
+    QFETCH(QString, video);
+    QFETCH(QString, target);
+    PanelRig rig;
+    const QSignalSpy asked(&rig.Panel(), &DownloadWidget::SignalStartWork);
+    const auto pRecord = rig.Made("a");
+    pRecord->strDownloadPath = video;
+    pRecord->strPicturePath = rig.World().Path("none.png");
+    rig.Panel().AddDownloadInfo(pRecord);
+    rig.Send("EventNotifyDeviceRecordThumbsPath", {QStringLiteral("a"), rig.World().Path("none2.png")});
+    QCOMPARE(asked.size(), 2);
+    QCOMPARE(asked[0], QVariantList({rig.World().Path("none.png"), target, QStringLiteral("a")}));
+    QCOMPARE(asked[1], QVariantList({rig.World().Path("none2.png"), target, QStringLiteral("a")}));
+}
+
+void PanelPicturesTest::TheThumbsEventAsksForTheRowsPicture()
+{
+    PanelRig rig;
+    rig.Send({"a", "b"});
+    const QString strSource = rig.World().WriteFile("thumb", PngPicture());
+    rig.Send("EventNotifyDeviceRecordThumbsPath", {QStringLiteral("b"), strSource, QStringLiteral("more")});
+    QTRY_COMPARE(rig.Record("b").strPicturePath, rig.World().Path("b.jpg"));
+    QCOMPARE(QImage(rig.World().Path("b.jpg")).size(), QSize(4, 3));
+    QCOMPARE(rig.Record("a").strPicturePath, QString());
+}
+
+void PanelPicturesTest::AnIncompleteOrUnknownThumbsEventIsIgnored()
+{
+    PanelRig rig;
+    rig.Send({"a"});
+    const QSignalSpy asked(&rig.Panel(), &DownloadWidget::SignalStartWork);
+    rig.World().Log().Clear();
+    rig.Send("EventNotifyDeviceRecordThumbsPath", {});
+    rig.Send("EventNotifyDeviceRecordThumbsPath", {QStringLiteral("a")});
+    rig.Send("EventNotifyDeviceRecordThumbsPath", {QStringLiteral("none"), QStringLiteral("/pic")});
+    QCOMPARE(asked.size(), 0);
+    QCOMPARE(PanelLog(rig.World()), Texts({}));
+}
+
+void PanelPicturesTest::AThumbnailArrivesInItsRow()
+{
+    PanelRig rig;
+    const auto pRecord = rig.Made("a");
+    pRecord->strPicturePath = rig.World().WriteFile("thumb", PngPicture());
+    rig.Panel().AddDownloadInfo(pRecord);
+    QTRY_COMPARE(rig.Record("a").strPicturePath, rig.World().Path("a.jpg"));
+    QVERIFY(rig.World().HasFile("a.jpg"));
+}
+
+void PanelPicturesTest::AMissingPictureEmptiesTheRowsPath()
+{
+    PanelRig rig;
+    const auto pRecord = rig.Made("a");
+    pRecord->strPicturePath = rig.World().Path("none.png");
+    rig.Panel().AddDownloadInfo(pRecord);
+    QTRY_COMPARE(rig.Record("a").strPicturePath, QString());
+    QVERIFY(!rig.World().HasFile("a.jpg"));
+}
+
+void PanelPicturesTest::OnlyDeviceRowsTakeTheirThumbnail()
+{
+    PanelRig rig;
+    rig.Panel().AddDownloadInfo(rig.Made("device", 1));
+    for (const int iType : {0, 2, 3})
+        rig.Panel().AddDownloadInfo(rig.Made(QByteArray::number(iType).constData(), iType));
+    for (const char* pszRecordId : {"device", "0", "2", "3", "none"})
+        rig.Panel().OnCopyPictureFinished(QString::fromUtf8(pszRecordId), QStringLiteral("/new.jpg"));
+    QCOMPARE(rig.Record("device").strPicturePath, QStringLiteral("/new.jpg"));
+    QCOMPARE(rig.Record("0").strPicturePath, QString());
+    QCOMPARE(rig.Record("2").strPicturePath, QString());
+    QCOMPARE(rig.Record("3").strPicturePath, QString());
+}
+
+void PanelPicturesTest::ACloudPictureIsTakenAsItComes()
+{
+    PanelRig rig;
+    rig.Panel().AddDownloadInfo(rig.Made<DownloadCloudRecordInfo>("7", 0));
+    rig.Panel().AddDownloadInfo(rig.Made<DownloadCloudRecordInfo>("8", 0));
+    rig.World().Log().Clear();
+    rig.Panel().UpdateCloudPictureInfo(QStringLiteral("7"), QStringLiteral("/cover.jpg"));
+    rig.Panel().UpdateCloudPictureInfo(QStringLiteral("none"), QStringLiteral("/other.jpg"));
+    QCOMPARE(rig.Record("7").strPicturePath, QStringLiteral("/cover.jpg"));
+    QCOMPARE(rig.Record("8").strPicturePath, QString());
+    QCOMPARE(PanelLog(rig.World()), Texts({}));
+}
+
+void PanelPicturesTest::ThePanelMayGoWhileThumbnailsAreQueued()
+{
+    PanelRig rig;
+    rig.Send({"a"});
+    const QString strSource = rig.World().WriteFile("thumb", PngPicture());
+    bool bFinished = false;
+    connect(
+        rig.Panel().findChild<QThread*>(), &QThread::finished, this, [&] { bFinished = true; }, Qt::DirectConnection);
+    for (int i = 0; i < 200; ++i)
+        rig.World().Bus().Send("EventNotifyDeviceRecordThumbsPath", {QStringLiteral("a"), strSource});
+    rig.Destroy();
+    QVERIFY(bFinished);
+}
+
+QTEST_MAIN(PanelPicturesTest)
+
+#include "PanelPicturesTest.moc"

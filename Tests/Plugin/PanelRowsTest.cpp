@@ -1,0 +1,222 @@
+// Rows come, follow their downloads and go.
+
+#include "PanelRig.h"
+
+#include <QtCore/QPointer>
+#include <QtTest/QSignalSpy>
+#include <QtWidgets/QGraphicsScene>
+
+class PanelRowsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void EveryAnnouncedRecordGetsARowAndIsCounted();
+    void ARecordIsShownOnce();
+    void AnAnnouncementIsLoggedCrosswise();
+    void DataAddsToTheReceivedSize();
+    void DataWithoutARowIsADebugMessage();
+    void StatesChangeTheRow_data();
+    void StatesChangeTheRow();
+    void StatesAreLogged();
+    void AFinishedRowLeaves();
+    void ScrollingRepaintsTheRowsWithPictures();
+    void PressingDeleteEndsRowAndDownload();
+    void DeletingTheUnknownIsLogged();
+    void DeletingTheLastRowShowsTheEmptyPage();
+};
+
+void PanelRowsTest::EveryAnnouncedRecordGetsARowAndIsCounted()
+{
+    PanelRig rig;
+    QCOMPARE(rig.Find<QStackedWidget>("stackedWidget").currentIndex(), 0);
+    rig.Send({"a", "b", "c"});
+    QCOMPARE(rig.View().GetAllItem().size(), 3);
+    QVERIFY(rig.Row("a") && rig.Row("b") && rig.Row("c"));
+    QCOMPARE(rig.View().IndexOfItem(rig.Row("b")), 1);
+    QCOMPARE(rig.Counts(), QList<int>({0, 1, 2, 3}));
+    QCOMPARE(rig.Find<QStackedWidget>("stackedWidget").currentIndex(), 1);
+    QCOMPARE(rig.StateOf("c"), 0);
+}
+
+void PanelRowsTest::ARecordIsShownOnce()
+{
+    PanelRig rig;
+    rig.Send({"a"});
+    const DownloadItem* pRow = rig.Row("a");
+    rig.Panel().AddDownloadInfo(rig.Made("a"));
+    QCOMPARE(rig.View().GetAllItem().size(), 1);
+    QCOMPARE(rig.Row("a"), pRow);
+    QCOMPARE(rig.Counts(), QList<int>({0, 1}));
+    QCOMPARE(PanelLog(rig.World()).size(), 1);
+}
+
+void PanelRowsTest::AnAnnouncementIsLoggedCrosswise()
+{
+    PanelRig rig;
+    rig.Send({"a"});
+    QCOMPARE(PanelLog(rig.World()),
+             Texts({"200 DownloadWidget::AddDownloadInfo [] 2 strRecordId[20200102T030405],strBeginTime[a]"}));
+}
+
+void PanelRowsTest::DataAddsToTheReceivedSize()
+{
+    PanelRig rig;
+    rig.Panel().AddDownloadInfo(rig.Made("a"));
+    rig.Panel().AddDownloadInfo(rig.Made("b"));
+    rig.Panel().OnDownloadRecordData(QStringLiteral("a"), 400);
+    rig.Panel().OnDownloadRecordData(QStringLiteral("a"), 50);
+    QCOMPARE(rig.Record("a").lReceivedSize, qint64(450));
+    QCOMPARE(rig.Record("b").lReceivedSize, qint64(0));
+    rig.Record("a").lReceivedSize = 3000000000;
+    rig.Panel().OnDownloadRecordData(QStringLiteral("a"), 2000000000);
+    QCOMPARE(rig.Record("a").lReceivedSize, qint64(5000000000));
+}
+
+void PanelRowsTest::DataWithoutARowIsADebugMessage()
+{
+    PanelRig rig;
+    const DebugMessages messages;
+    rig.Panel().OnDownloadRecordData(QStringLiteral("none"), 5);
+    QCOMPARE(DebugMessages::Lines(), Texts({"Src/DownloadWidget/DownloadWidget:435 void __cdecl "
+                                            "DownloadWidget::OnDownloadRecordData(class QString,int)|item is NULL"}));
+    QCOMPARE(PanelLog(rig.World()), Texts({}));
+}
+
+void PanelRowsTest::StatesChangeTheRow_data()
+{
+    QTest::addColumn<int>("before"); // code
+    QTest::addColumn<int>("code");
+    QTest::addColumn<bool>("reget");
+    QTest::addColumn<int>("state");
+    QTest::newRow("0: failed") << 1 << 0 << false << 3;
+    QTest::newRow("0 stays failed with a new password") << 1 << 0 << true << 3;
+    QTest::newRow("4: failed") << 1 << 4 << false << 3;
+    QTest::newRow("100: failed") << 1 << 100 << false << 3;
+    QTest::newRow("1: downloading") << 0 << 1 << false << 1;
+    QTest::newRow("3, queued again: waiting") << 1 << 3 << true << 0;
+    QTest::newRow("3, refused for good: failed") << 1 << 3 << false << 3;
+    for (const int iCode : {-1, 5, 6, 99, 101})
+        QTest::addRow("%d: nothing", iCode) << 1 << iCode << false << 1;
+}
+
+void PanelRowsTest::StatesChangeTheRow()
+{
+    QFETCH(int, before);
+    QFETCH(int, code);
+    QFETCH(bool, reget);
+    QFETCH(int, state);
+    PanelRig rig;
+    rig.Panel().AddDownloadInfo(rig.Made("a"));
+    rig.Panel().OnDownloadRecordStates(QStringLiteral("a"), before, false);
+    QVERIFY(before == 0 || rig.StateOf("a") == 1);
+    rig.Panel().OnDownloadRecordStates(QStringLiteral("a"), code, reget);
+    QCOMPARE(rig.StateOf("a"), state);
+    QCOMPARE(rig.Counts(), QList<int>({0, 1}));
+}
+
+void PanelRowsTest::StatesAreLogged()
+{
+    PanelRig rig;
+    rig.Panel().AddDownloadInfo(rig.Made("a"));
+    rig.World().Log().Clear();
+    rig.Panel().OnDownloadRecordStates(QStringLiteral("a"), 1, false);
+    rig.Panel().OnDownloadRecordStates(QStringLiteral("none"), 2, false);
+    QCOMPARE(PanelLog(rig.World()),
+             Texts({"446 DownloadWidget::OnDownloadRecordStates [] 2 OnDownloadRecordStates: strRecordId[a], iCode[1]",
+                    "446 DownloadWidget::OnDownloadRecordStates [] 2 OnDownloadRecordStates: strRecordId[none], "
+                    "iCode[2]",
+                    "450 DownloadWidget::OnDownloadRecordStates [] 2 OnDownloadRecordStates: item not found, "
+                    "strRecordId[none]"}));
+    QCOMPARE(rig.Counts(), QList<int>({0, 1}));
+}
+
+void PanelRowsTest::AFinishedRowLeaves()
+{
+    PanelRig rig;
+    rig.Send({"a", "b", "c"});
+    const QPointer<DownloadItem> pRow = rig.Row("b");
+    rig.World().Log().Clear();
+    rig.RaiseState("b", 2);
+    QVERIFY(!rig.Row("b"));
+    QVERIFY(!pRow);
+    QCOMPARE(rig.View().GetAllItem().size(), 2);
+    QCOMPARE(rig.Counts(), QList<int>({0, 1, 2, 3, 2}));
+    QCOMPARE(PanelLog(rig.World(), "DownloadWidget::FinishDownloadRecord"),
+             Texts({"277 DownloadWidget::FinishDownloadRecord [] 2 FinishDownloadRecord: strRecordId[b], index[1]"}));
+    QCOMPARE(rig.Calls().Short("StartDevice"),
+             Texts({"StartDeviceRecordDownload a", "StartDeviceRecordDownload b", "StartDeviceRecordDownload c"}));
+    rig.RaiseState("a", 2);
+    rig.RaiseState("c", 2);
+    QCOMPARE(rig.Counts(), QList<int>({0, 1, 2, 3, 2, 1, 0}));
+    QCOMPARE(rig.Find<QStackedWidget>("stackedWidget").currentIndex(), 0);
+}
+
+void PanelRowsTest::ScrollingRepaintsTheRowsWithPictures()
+{
+    PanelRig rig;
+    rig.Send({"a", "b", "c"});
+    rig.Show();
+    rig.Record("b").strPicturePath = QStringLiteral("/none.jpg");
+    EngineRig::Settle();
+    QRectF repainted;
+    int iSignals = 0;
+    connect(rig.View().scene(), &QGraphicsScene::changed, this, [&](const QList<QRectF>& region) {
+        ++iSignals;
+        for (const QRectF& rect : region)
+            repainted |= rect;
+    });
+    rig.Panel().OnScrollValueChanged(1234);
+    QTRY_VERIFY(iSignals > 0);
+    QVERIFY(repainted.contains(QRectF(1, 89, 608, 86)));     // b
+    QVERIFY(!repainted.intersects(QRectF(0, 0, 610, 80)));   // a
+    QVERIFY(!repainted.intersects(QRectF(0, 184, 610, 80))); // c
+}
+
+void PanelRowsTest::PressingDeleteEndsRowAndDownload()
+{
+    PanelRig rig;
+    rig.Send({"a", "b", "c"});
+    rig.Show();
+    rig.World().WriteFile("a.mp4");
+    const QPointer<DownloadItem> pRow = rig.Row("a");
+    rig.Calls().Clear();
+    rig.Press("a", PanelRig::DeleteButton); // the row dies of its own press
+    QVERIFY(!pRow);
+    QVERIFY(!rig.Row("a"));
+    QCOMPARE(rig.View().GetAllItem().size(), 2);
+    QCOMPARE(rig.Counts(), QList<int>({0, 1, 2, 3, 2}));
+    QCOMPARE(rig.Calls().Short({"notify EventNotifyLogV2Report", "Stop", "Start", "notify EventNotifyDownloadNumber"}),
+             Texts({"notify EventNotifyLogV2Report", "StopDeviceRecordDownload a", "StartDeviceRecordDownload c",
+                    "notify EventNotifyDownloadNumber"}));
+    QVERIFY(!rig.World().HasFile("a.mp4"));
+    QTRY_COMPARE(rig.Row("b")->pos(), QPointF(0, 0));
+    rig.Press("b", PanelRig::DeleteButton);
+    rig.Press("c", PanelRig::DeleteButton);
+    QCOMPARE(rig.View().GetAllItem().size(), 0);
+}
+
+void PanelRowsTest::DeletingTheUnknownIsLogged()
+{
+    PanelRig rig;
+    rig.Send({"a"});
+    rig.World().Log().Clear();
+    rig.Panel().OnDeleteRecord(QStringLiteral("none"));
+    QCOMPARE(PanelLog(rig.World()), Texts({"505 DownloadWidget::OnDeleteRecord [] 2 OnDeleteRecord: item not found "
+                                           "for strRecordId[none]"}));
+    QCOMPARE(rig.Counts(), QList<int>({0, 1}));
+    QCOMPARE(rig.Calls().Count("Stop"), 0);
+}
+
+void PanelRowsTest::DeletingTheLastRowShowsTheEmptyPage()
+{
+    PanelRig rig;
+    rig.Send({"a"});
+    rig.Panel().OnDeleteRecord(QStringLiteral("a"));
+    QCOMPARE(rig.Find<QStackedWidget>("stackedWidget").currentIndex(), 0);
+    QCOMPARE(rig.Counts(), QList<int>({0, 1, 0}));
+}
+
+QTEST_MAIN(PanelRowsTest)
+
+#include "PanelRowsTest.moc"

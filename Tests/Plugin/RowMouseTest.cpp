@@ -1,0 +1,214 @@
+// A row under the pointer: hover, presses, and the report of each click.
+
+#include "RowRig.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtTest/QSignalSpy>
+
+class RowMouseTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void TheStateButtonShowsThePictureOfTheState_data();
+    void TheStateButtonShowsThePictureOfTheState();
+    void HoveringShowsTheHoverPictureAndAHand_data();
+    void HoveringShowsTheHoverPictureAndAHand();
+    void HoveringTheDeleteButtonLeavesTheStateButton();
+    void PressingDeleteAsksForDeletionOfTheRecord();
+    void TwoPressesOnTheStateButtonPauseAndStart();
+    void AFailedRowAlwaysStarts();
+    void APressBesideTheButtonsDoesNothing();
+    void ARightPressDoesNothing();
+    void TheReportNamesButtonRowAndAncestors();
+    void TheReportOfAStateButtonFollowsTheSignal();
+    void TheReportOfDeleteAndRetryComesBeforeTheSignal();
+
+private:
+    static QJsonObject Properties(RowRig& rig, int iReport);
+};
+
+QJsonObject RowMouseTest::Properties(RowRig& rig, int iReport)
+{
+    const QStringList reports = rig.World().Bus().Texts("EventNotifyLogV2Report");
+    const QByteArray text = reports.value(iReport).toUtf8();
+    return QJsonDocument::fromJson(text).object().value(QStringLiteral("properties")).toObject();
+}
+
+void RowMouseTest::TheStateButtonShowsThePictureOfTheState_data()
+{
+    QTest::addColumn<int>("state");
+    QTest::addColumn<int>("icon");
+    QTest::newRow("waiting") << 0 << 1;
+    QTest::newRow("downloading") << 1 << 1;
+    QTest::newRow("finished") << 2 << 1;
+    QTest::newRow("failed") << 3 << 3;
+    QTest::newRow("paused") << 5 << 0;
+}
+
+void RowMouseTest::TheStateButtonShowsThePictureOfTheState()
+{
+    QFETCH(int, state);
+    QFETCH(int, icon);
+    RowRig rig;
+    QCOMPARE(rig.Shown(RowRig::StateButton), rig.Icon(1, false)); // a new row
+    QCOMPARE(rig.Shown(RowRig::DeleteButton), rig.Icon(2, false));
+    rig.Row().SetState(state);
+    QVERIFY(!rig.Icon(icon, false).isNull());
+    QCOMPARE(rig.Shown(RowRig::StateButton), rig.Icon(icon, false));
+    QCOMPARE(rig.Shown(RowRig::StateButton).size(), QSize(30, 30));
+}
+
+void RowMouseTest::HoveringShowsTheHoverPictureAndAHand_data()
+{
+    TheStateButtonShowsThePictureOfTheState_data();
+}
+
+void RowMouseTest::HoveringShowsTheHoverPictureAndAHand()
+{
+    QFETCH(int, state);
+    QFETCH(int, icon);
+    RowRig rig;
+    rig.Row().SetState(state);
+    QTest::mouseMove(rig.Viewport(), RowRig::NoButton);
+    QTRY_COMPARE(rig.Row().cursor().shape(), Qt::ArrowCursor);
+    QTest::mouseMove(rig.Viewport(), RowRig::StateButton);
+    QTRY_COMPARE(rig.Shown(RowRig::StateButton), rig.Icon(icon, true));
+    QCOMPARE(rig.Row().cursor().shape(), Qt::PointingHandCursor);
+
+    QTest::mouseMove(rig.Viewport(), RowRig::NoButton);
+    QTRY_COMPARE(rig.Shown(RowRig::StateButton), rig.Icon(icon, false));
+    QCOMPARE(rig.Row().cursor().shape(), Qt::ArrowCursor);
+}
+
+void RowMouseTest::HoveringTheDeleteButtonLeavesTheStateButton()
+{
+    RowRig rig;
+    QTest::mouseMove(rig.Viewport(), RowRig::StateButton);
+    QTRY_COMPARE(rig.Shown(RowRig::StateButton), rig.Icon(1, true));
+    QTest::mouseMove(rig.Viewport(), RowRig::DeleteButton);
+    QTRY_COMPARE(rig.Shown(RowRig::DeleteButton), rig.Icon(2, true));
+    QCOMPARE(rig.Shown(RowRig::StateButton), rig.Icon(1, true));
+    QCOMPARE(rig.Row().cursor().shape(), Qt::PointingHandCursor);
+}
+
+void RowMouseTest::PressingDeleteAsksForDeletionOfTheRecord()
+{
+    RowRig rig;
+    const QSignalSpy spy(&rig.Row(), &DownloadItem::SgnDeleteRecord);
+    rig.Press(RowRig::DeleteButton);
+    QCOMPARE(spy.size(), 1);
+    QCOMPARE(spy[0][0].toString(), QStringLiteral("r"));
+}
+
+void RowMouseTest::TwoPressesOnTheStateButtonPauseAndStart()
+{
+    RowRig rig;
+    const QSignalSpy spy(&rig.Row(), &DownloadItem::SgnChangeDownloadState);
+    rig.FollowPresses();
+    rig.Press(RowRig::StateButton);
+    QVERIFY(rig.ShowsKey(0));
+    rig.Press(RowRig::StateButton);
+    QVERIFY(rig.ShowsKey(1));
+    QCOMPARE(spy.size(), 2);
+    QCOMPARE(spy[0][0].toBool(), false);
+    QCOMPARE(spy[1][0].toBool(), true);
+    QVERIFY(Properties(rig, 0).value(QStringLiteral("$element_id")).toString().startsWith(QStringLiteral("btnPause.")));
+    QVERIFY(
+        Properties(rig, 1).value(QStringLiteral("$element_id")).toString().startsWith(QStringLiteral("btnRestart.")));
+}
+
+void RowMouseTest::AFailedRowAlwaysStarts()
+{
+    RowRig rig;
+    const QSignalSpy spy(&rig.Row(), &DownloadItem::SgnChangeDownloadState);
+    rig.Row().SetState(5);
+    rig.Row().SetState(3);
+    rig.Press(RowRig::StateButton);
+    rig.Press(RowRig::StateButton); // nobody changed the state: it is still "failed"
+    QCOMPARE(spy.size(), 2);
+    QCOMPARE(spy[0][0].toBool(), true);
+    QCOMPARE(spy[1][0].toBool(), true);
+    QVERIFY(Properties(rig, 0).value(QStringLiteral("$element_id")).toString().startsWith(QStringLiteral("btnRetry.")));
+
+    rig.FollowPresses();
+    rig.Press(RowRig::StateButton);
+    QVERIFY(rig.ShowsKey(1));
+    rig.Press(RowRig::StateButton); // the row runs, so that this press pauses
+    QCOMPARE(spy[3][0].toBool(), false);
+}
+
+void RowMouseTest::APressBesideTheButtonsDoesNothing()
+{
+    RowRig rig;
+    const QSignalSpy deleted(&rig.Row(), &DownloadItem::SgnDeleteRecord);
+    const QSignalSpy changed(&rig.Row(), &DownloadItem::SgnChangeDownloadState);
+    rig.Press(RowRig::NoButton);
+    QCOMPARE(deleted.size() + changed.size(), 0);
+    QCOMPARE(rig.World().Calls().Lines("notify"), Texts({}));
+}
+
+void RowMouseTest::ARightPressDoesNothing()
+{
+    RowRig rig;
+    const QSignalSpy deleted(&rig.Row(), &DownloadItem::SgnDeleteRecord);
+    const QSignalSpy changed(&rig.Row(), &DownloadItem::SgnChangeDownloadState);
+    rig.Press(RowRig::DeleteButton, Qt::RightButton);
+    rig.Press(RowRig::StateButton, Qt::RightButton);
+    QCOMPARE(deleted.size() + changed.size(), 0);
+    QCOMPARE(rig.World().Calls().Lines("notify"), Texts({}));
+}
+
+void RowMouseTest::TheReportNamesButtonRowAndAncestors()
+{
+    RowRig rig;
+    QObject window;
+    window.setObjectName(QStringLiteral("MainWindow"));
+    rig.Panel().setObjectName(QStringLiteral("DownloadWidget"));
+    rig.Panel().setParent(&window);
+    const qint64 lBefore = QDateTime::currentMSecsSinceEpoch();
+    rig.Press(RowRig::DeleteButton);
+    rig.Panel().setParent(nullptr);
+
+    const QStringList reports = rig.World().Bus().Texts("EventNotifyLogV2Report");
+    QCOMPARE(reports.size(), 1);
+    const QJsonObject report = QJsonDocument::fromJson(reports[0].toUtf8()).object();
+    const qint64 lTime = static_cast<qint64>(report.value(QStringLiteral("time")).toDouble());
+    QVERIFY(lTime >= lBefore && lTime <= QDateTime::currentMSecsSinceEpoch());
+    // 156 is a press in a graphics scene, 1 the left button.
+    QCOMPARE(reports[0], QStringLiteral("{\"time\":%1,\"event\":\"$AppClick\",\"properties\":{\"$carrier\":\"\","
+                                        "\"$network_type\":\"\",\"$screen_name\":\"QTMAIN\","
+                                        "\"$element_type\":\"QEventType=156&MouseButtons=1\","
+                                        "\"$element_id\":\"btnDelete..DownloadWidget.MainWindow\"}}")
+                             .arg(lTime));
+}
+
+void RowMouseTest::TheReportOfAStateButtonFollowsTheSignal()
+{
+    RowRig rig;
+    int iReportsAtSignal = -1;
+    connect(&rig.Row(), &DownloadItem::SgnChangeDownloadState, this,
+            [&] { iReportsAtSignal = rig.World().Calls().Count("notify EventNotifyLogV2Report"); });
+    rig.Press(RowRig::StateButton);
+    QCOMPARE(iReportsAtSignal, 0);
+    QCOMPARE(rig.World().Calls().Count("notify EventNotifyLogV2Report"), 1);
+}
+
+void RowMouseTest::TheReportOfDeleteAndRetryComesBeforeTheSignal()
+{
+    RowRig rig;
+    QList<int> reportsAtSignal;
+    const auto count = [&] { reportsAtSignal.append(rig.World().Calls().Count("notify EventNotifyLogV2Report")); };
+    connect(&rig.Row(), &DownloadItem::SgnChangeDownloadState, this, count);
+    connect(&rig.Row(), &DownloadItem::SgnDeleteRecord, this, count);
+    rig.Row().SetState(3);
+    rig.Press(RowRig::StateButton);
+    rig.Press(RowRig::DeleteButton);
+    QCOMPARE(reportsAtSignal, QList<int>({1, 2}));
+}
+
+QTEST_MAIN(RowMouseTest)
+
+#include "RowMouseTest.moc"

@@ -1,0 +1,169 @@
+// The worker that turns a device's thumbnail into a picture beside the recording.
+
+#include "PanelRig.h"
+
+#include "DownloadWidget/SaveDeviceRecordThumbWorker.h"
+
+#include <QtCore/QThread>
+#include <QtGui/QImageReader>
+#include <QtTest/QSignalSpy>
+
+class ThumbWorkerTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void APictureIsWrittenInTheFormOfItsSuffix_data();
+    void APictureIsWrittenInTheFormOfItsSuffix();
+    void WhatIsNoPictureIsAnsweredAsWritten_data();
+    void WhatIsNoPictureIsAnsweredAsWritten();
+    void AMissingSourceIsAnsweredWithNoPath();
+    void AnOldTargetIsOverwritten();
+    void ATargetThatCannotBeWrittenIsAnsweredAsWritten();
+    void TheMessageNamesTheThread();
+    void RequestsAreServedInOrderOffTheGuiThread();
+
+private:
+    static QString WritePng(const FakeWorld& world, const char* pszName, Qt::GlobalColor color);
+    // What the worker answers.
+    static QVariantList Answer(const QString& strSource, const QString& strTarget);
+};
+
+QString ThumbWorkerTest::WritePng(const FakeWorld& world, const char* pszName, Qt::GlobalColor color)
+{
+    QImage image(8, 6, QImage::Format_RGB32);
+    image.fill(color);
+    image.save(world.Path(pszName), "PNG");
+    return world.Path(pszName);
+}
+
+QVariantList ThumbWorkerTest::Answer(const QString& strSource, const QString& strTarget)
+{
+    SaveDeviceRecordThumbWorker worker;
+    const QSignalSpy finished(&worker, &SaveDeviceRecordThumbWorker::SignalFinished);
+    worker.OnStartTask(strSource, strTarget, QStringLiteral("id"));
+    return finished.value(0);
+}
+
+void ThumbWorkerTest::APictureIsWrittenInTheFormOfItsSuffix_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("format");
+    QTest::newRow("jpg") << QStringLiteral("out.jpg") << QByteArray("jpeg");
+    QTest::newRow("png") << QStringLiteral("out.png") << QByteArray("png");
+}
+
+void ThumbWorkerTest::APictureIsWrittenInTheFormOfItsSuffix()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, format);
+    FakeWorld world;
+    // The source's own name says nothing: the bytes do.
+    const QString strSource = WritePng(world, "thumb.dat", Qt::blue);
+    const QString strTarget = world.Folder() + QLatin1Char('/') + name;
+    QCOMPARE(Answer(strSource, strTarget), QVariantList({QStringLiteral("id"), strTarget}));
+    QImageReader reader(strTarget);
+    QCOMPARE(reader.format(), format);
+    const QImage written = reader.read();
+    QCOMPARE(written.size(), QSize(8, 6));
+    QVERIFY(written.pixelColor(4, 3).blue() > 240 && written.pixelColor(4, 3).red() < 15);
+    QVERIFY(QFile::exists(strSource));
+}
+
+void ThumbWorkerTest::WhatIsNoPictureIsAnsweredAsWritten_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("text") << QByteArray("this is no picture");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("the head of a PNG") << QByteArray("\x89PNG\r\n\x1a\n");
+}
+
+void ThumbWorkerTest::WhatIsNoPictureIsAnsweredAsWritten()
+{
+    QFETCH(QByteArray, content);
+    FakeWorld world;
+    const QString strSource = world.WriteFile("thumb", content);
+    const QString strTarget = world.Path("out.jpg");
+    QCOMPARE(Answer(strSource, strTarget), QVariantList({QStringLiteral("id"), strTarget}));
+    QVERIFY(!world.HasFile("out.jpg"));
+}
+
+void ThumbWorkerTest::AMissingSourceIsAnsweredWithNoPath()
+{
+    FakeWorld world;
+    const QString strTarget = world.WriteFile("out.jpg", "old");
+    QCOMPARE(Answer(world.Path("none"), strTarget), QVariantList({QStringLiteral("id"), QString()}));
+    QCOMPARE(Answer(QString(), strTarget), QVariantList({QStringLiteral("id"), QString()}));
+    QCOMPARE(Answer(world.Folder(), strTarget), QVariantList({QStringLiteral("id"), QString()}));
+    QCOMPARE(QFileInfo(strTarget).size(), qint64(3));
+}
+
+void ThumbWorkerTest::AnOldTargetIsOverwritten()
+{
+    FakeWorld world;
+    const QString strTarget = WritePng(world, "out.png", Qt::red);
+    QCOMPARE(Answer(WritePng(world, "thumb", Qt::green), strTarget), QVariantList({QStringLiteral("id"), strTarget}));
+    QCOMPARE(QImage(strTarget).pixelColor(1, 1), QColor(Qt::green));
+}
+
+void ThumbWorkerTest::ATargetThatCannotBeWrittenIsAnsweredAsWritten()
+{
+    FakeWorld world;
+    const QString strSource = WritePng(world, "thumb", Qt::red);
+    for (const char* pszTarget : {"no folder/out.jpg", "out.nosuchformat"}) {
+        const QString strTarget = world.Path(pszTarget);
+        QCOMPARE(Answer(strSource, strTarget), QVariantList({QStringLiteral("id"), strTarget}));
+        QVERIFY(!QFile::exists(strTarget));
+    }
+}
+
+void ThumbWorkerTest::TheMessageNamesTheThread()
+{
+    PanelRig rig;
+    rig.Send({"a"});
+    const DebugMessages messages;
+    rig.Send("EventNotifyDeviceRecordThumbsPath", {QStringLiteral("a"), rig.World().Path("none")});
+    QTRY_COMPARE(DebugMessages::Lines().size(), 1);
+    const QString strLine = DebugMessages::Lines()[0];
+    const QString strHead = QStringLiteral(
+        "Src/DownloadWidget/DownloadWidget:34 void __cdecl SaveDeviceRecordThumbWorker::OnStartTask(const class "
+        "QString,const class QString,const class QString)|SaveDeviceRecordThumbWorker::OnStartTask");
+    QVERIFY2(strLine.startsWith(strHead), qPrintable(strLine));
+    const QStringList words = strLine.mid(strHead.size()).simplified().split(QLatin1Char(' '));
+    QCOMPARE(words.mid(0, 2), Texts({"Thread", "ID:"}));
+    QVERIFY(strLine.endsWith(QLatin1Char('\n')));
+    bool bNumber = false;
+    const quint64 uThread = words.value(2).toULongLong(&bNumber, 0);
+    QVERIFY2(bNumber, qPrintable(strLine));
+    QVERIFY(uThread != quint64(reinterpret_cast<quintptr>(QThread::currentThreadId())));
+}
+
+void ThumbWorkerTest::RequestsAreServedInOrderOffTheGuiThread()
+{
+    FakeWorld world;
+    QThread thread;
+    auto* pWorker = new SaveDeviceRecordThumbWorker;
+    pWorker->moveToThread(&thread);
+    connect(&thread, &QThread::finished, pWorker, &QObject::deleteLater);
+    QStringList finished; // filled on this thread, by queued calls
+    connect(pWorker, &SaveDeviceRecordThumbWorker::SignalFinished, this,
+            [&finished](const QString& strRecordId) { finished.append(strRecordId); });
+    QThread* pServedBy = nullptr;
+    connect(
+        pWorker, &SaveDeviceRecordThumbWorker::SignalFinished, pWorker, [&] { pServedBy = QThread::currentThread(); },
+        Qt::DirectConnection);
+    thread.start();
+    for (const char* pszId : {"1", "2", "3"}) {
+        QMetaObject::invokeMethod(pWorker, "OnStartTask", Qt::QueuedConnection, Q_ARG(QString, world.Path("none")),
+                                  Q_ARG(QString, QString()), Q_ARG(QString, QString::fromUtf8(pszId)));
+    }
+    QTRY_COMPARE(finished.size(), 3);
+    thread.quit();
+    QVERIFY(thread.wait());
+    QCOMPARE(pServedBy, &thread);
+    QCOMPARE(finished, Texts({"1", "2", "3"}));
+}
+
+QTEST_MAIN(ThumbWorkerTest)
+
+#include "ThumbWorkerTest.moc"

@@ -1,0 +1,59 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, and downloads the embedded site's recordings through the plug-in, twice:
+#   ./run.sh                  first the ordinary recordings, all of which must arrive whole; then the difficult ones:
+#                             refused and recovered, encrypted, with covers of every kind. Some of those must fail: which
+#                             is said before they start and once more below their table.
+#   ./run.sh OPTION...        one run of "kxclient download" with these options (see kxclient download --help)
+# The status is 0 when every recording ended as it must. The recordings go to build/demo/downloads and
+# build/demo/difficult, which are emptied before, unless --out says otherwise. Two names of the ordinary list are taken
+# there already: those files must stay as they are.
+set -euo pipefail
+caller=$PWD
+cd "$(dirname "${BASH_SOURCE[0]}")"
+root=$PWD
+# shellcheck source=Tools/quiet.sh
+source Tools/quiet.sh
+
+Tools/setup.sh build
+if [[ ! -e build/release/build.ninja ]]; then
+    echo "building (a few minutes the first time; what the build says is in build/demo)"
+    quiet build/demo/configure.log cmake --preset release
+fi
+quiet build/demo/build.log cmake --build --preset release --target kxclient KXRecordManage
+
+client=$root/build/release/bin/kxclient
+for option in "$@"; do
+    case $option in
+        --out | --out=* | -out | -out=* | --help | -h)
+            cd "$caller"
+            exec "$client" download "$@"
+            ;;
+    esac
+done
+
+downloads=$root/build/demo/downloads
+taken=("Doorbell 07-45.mp4" "Entrepôt – été.mp4")
+rm -rf "$downloads"
+mkdir -p "$downloads"
+for name in "${taken[@]}"; do
+    echo "an earlier recording" >"$downloads/$name"
+done
+
+status=0
+(cd "$caller" && exec "$client" download --out "$downloads" "$@") || status=$?
+for name in "${taken[@]}"; do
+    if [[ $(cat "$downloads/$name") != "an earlier recording" ]]; then
+        echo "run.sh: $name, which was there before, was overwritten" >&2
+        status=1
+    fi
+done
+# An interrupted or broken first run is the end.
+if (($# > 0 || status > 1)); then
+    exit "$status"
+fi
+
+echo
+difficult=$root/build/demo/difficult
+rm -rf "$difficult"
+"$client" download --difficult --out "$difficult" || status=$?
+exit "$status"
