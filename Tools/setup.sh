@@ -2,7 +2,7 @@
 # Installs the Debian 12 packages that this tree needs; says nothing when all are there.
 #   Tools/setup.sh            to build, run and test
 #   Tools/setup.sh GROUP...   one or more of: build, checks (second compiler, static checks), bench, unpack (an archive),
-#                             tsan (Qt from its source packages)
+#                             tsan (Qt from its source packages), windows (cross compiler, Wine, a display)
 set -euo pipefail
 
 build=(
@@ -15,6 +15,10 @@ checks=(clang clang-tidy clang-format shellcheck)
 bench=(curl)
 unpack=(xz-utils)
 tsan=(dpkg-dev make perl tcl libfontconfig-dev libfreetype-dev zlib1g-dev)
+windows=(
+    g++-mingw-w64-x86-64-posix libgcrypt-mingw-w64-dev libgpg-error-mingw-w64-dev libz-mingw-w64-dev
+    wine64 xvfb xauth libfmt-dev dpkg-dev make tcl
+)
 
 wanted=()
 for group in "${@:-build}"; do
@@ -24,8 +28,9 @@ for group in "${@:-build}"; do
         bench) wanted+=("${bench[@]}") ;;
         unpack) wanted+=("${unpack[@]}") ;;
         tsan) wanted+=("${tsan[@]}") ;;
+        windows) wanted+=("${windows[@]}") ;;
         *)
-            echo "Tools/setup.sh: no group \"$group\" (there are build, checks, bench, unpack, tsan)" >&2
+            echo "Tools/setup.sh: no group \"$group\" (there are build, checks, bench, unpack, tsan, windows)" >&2
             exit 2
             ;;
     esac

@@ -5,51 +5,20 @@
 # It comes from the archive that KX_TSAN_QT_ARCHIVE names, or from ../shared/tsan/prefix.tar.xz beside this tree, or
 # else is built from Debian's source packages, which takes about half an hour on two cores.
 set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+# shellcheck source=Tools/prefix.sh
+source Tools/prefix.sh
 
-here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-root=$(cd "$here/../.." && pwd)
-archive=${KX_TSAN_QT_ARCHIVE:-$root/../shared/tsan/prefix.tar.xz}
+tool=build-qt
+named=${KX_TSAN_QT_ARCHIVE:-}
+archive=${named:-$root/../shared/tsan/prefix.tar.xz}
 config=lib/cmake/Qt5Test/Qt5TestConfig.cmake
-mkdir -p "${1:-$root/build/qt-tsan}"
-parent=$(cd "${1:-$root/build/qt-tsan}" && pwd)
-stamp=$parent/prefix # names the folder of a whole installation; written last
-
-say() { echo "build-qt: $*" >&2; }
-fail() {
-    say "$*"
-    exit 1
-}
-
-unpack() {
-    local wanted actual found
-    [[ -r $archive.sha256 ]] || fail "no checksum beside the archive: $archive.sha256"
-    wanted=$(cut -d' ' -f1 "$archive.sha256")
-    actual=$(sha256sum "$archive" | cut -d' ' -f1)
-    [[ $wanted == "$actual" ]] || fail "$archive has SHA-256 $actual, not $wanted"
-    "$root/Tools/setup.sh" unpack >&2
-    say "unpacking $archive"
-    tar -xJf "$archive" -C "$parent" || fail "cannot unpack $archive"
-    found=$(find "$parent" -path "*/$config" -print -quit)
-    [[ -n $found ]] || fail "$archive holds no Qt: $config is missing"
-    echo "${found%/"$config"}" >"$stamp"
-}
+parent=${1:-$root/build/qt-tsan}
 
 build() {
-    say "no archive at $archive: building from Debian's source packages; log in $parent/build.log"
-    "$here/build-from-sources.sh" "$parent/work" "$parent/kx-qt-tsan" >"$parent/build.log" 2>&1 ||
-        fail "the build failed: $(tail -n 3 "$parent/build.log")"
-    rm -rf "$parent/work"
-    echo "$parent/kx-qt-tsan" >"$stamp"
+    Tools/setup.sh build tsan && Tools/build-qt-from-sources.sh "$parent/work" "$1" -sanitize thread \
+        -system-freetype -fontconfig -no-xcb -no-glib && rm -rf "$parent/work"
 }
 
-if ! [[ -r $stamp && -r $(<"$stamp")/$config ]]; then
-    if [[ -r $archive ]]; then
-        unpack
-    elif [[ -n ${KX_TSAN_QT_ARCHIVE:-} ]]; then
-        fail "KX_TSAN_QT_ARCHIVE names no readable file: $archive"
-    else
-        build
-    fi
-    say "instrumented Qt in $(<"$stamp")"
-fi
+provide
 cat "$stamp"

@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Provides what a Windows build on Debian needs besides its packages: Qt for 64-bit Windows, and the header-only libraries in
+# a folder of their own (those of Debian lie among the headers of Linux). Prints the folder on stdout, and on stderr how
+# it came by it. Does nothing when it is there already.
+#   Tools/windows/build-toolchain.sh [FOLDER]     FOLDER: where it goes, by default build/windows-toolchain
+# Qt comes from the archive that KX_WINDOWS_PREFIX_ARCHIVE names, or from ../shared/windows/prefix.tar.xz beside this tree,
+# or else is built from Debian's source packages, which takes about half an hour on two cores.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+# shellcheck source=Tools/prefix.sh
+source Tools/prefix.sh
+# shellcheck source=Tools/sources.sh
+source Tools/sources.sh
+
+tool=build-toolchain
+named=${KX_WINDOWS_PREFIX_ARCHIVE:-}
+archive=${named:-$root/../shared/windows/prefix.tar.xz}
+config=lib/cmake/Qt5Test/Qt5TestConfig.cmake
+parent=${1:-$root/build/windows-toolchain}
+
+# The tablet feature needs a header that Debian's sources leave out.
+build() {
+    Tools/build-qt-from-sources.sh "$parent/work" "$1" -xplatform win32-g++ \
+        -device-option CROSS_COMPILE=x86_64-w64-mingw32- -qt-freetype -schannel -no-feature-tabletevent &&
+        rm -rf "$parent/work"
+}
+
+# Debian splits the HTTP library into a header and a library for Linux; its source package has it in one header.
+headers() {
+    local to=$1/include
+    rm -rf "$to" "$1/sources"
+    mkdir -p "$to" "$1/sources"
+    cp -r /usr/include/nlohmann /usr/include/spdlog /usr/include/fmt "$to/"
+    (cd "$1/sources" && fetch_sources cpp-httplib && cp cpp-httplib/httplib.h "$to/")
+    rm -rf "$1/sources"
+    touch "$1/complete"
+}
+
+Tools/setup.sh build windows >&2
+provide
+prefix=$(<"$stamp")
+if ! [[ -e $prefix/kx-headers/complete ]]; then
+    headers "$prefix/kx-headers" >"$parent/headers.log" 2>&1 ||
+        fail "no header-only libraries: $(tail -n 3 "$parent/headers.log")"
+fi
+echo "$prefix"
