@@ -1,13 +1,12 @@
 #include "EndToEnd/ClientProcess.h"
 
+#include "SiteClient.h"
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QRegularExpression>
-#include <QtNetwork/QNetworkAccessManager>
-#include <QtNetwork/QNetworkReply>
-#include <QtNetwork/QNetworkRequest>
 #include <QtTest/QtTest>
 
 #if !defined(Q_OS_WIN)
@@ -23,14 +22,6 @@ constexpr int LongestRunMs = 120 * 1000;
 QString ClientFile()
 {
     return QCoreApplication::applicationDirPath() + QStringLiteral("/kxclient");
-}
-
-QByteArray Fetch(const QString& strUrl)
-{
-    QNetworkAccessManager manager;
-    QNetworkReply* pReply = manager.get(QNetworkRequest(QUrl(strUrl)));
-    QSignalSpy finished(pReply, &QNetworkReply::finished);
-    return finished.wait(LongestRunMs) ? pReply->readAll() : QByteArray();
 }
 
 } // namespace
@@ -111,13 +102,13 @@ bool ServedSite::Start(const QStringList& arguments)
     if (!QTest::qWaitFor([this] { return serving.match(m_client.Out()).hasMatch(); }, LongestRunMs))
         return false;
     m_strBaseUrl = serving.match(m_client.Out()).captured(1);
-    m_config = QJsonDocument::fromJson(Fetch(m_strBaseUrl + "/config.json"_s)).object();
+    m_config = QJsonDocument::fromJson(Get(m_strBaseUrl + "/config.json"_s).body).object();
     return !m_config.isEmpty();
 }
 
 bool ServedSite::FetchRecords()
 {
-    const QByteArray catalogue = Fetch(m_strBaseUrl + "/catalogue.json?folder=/"_s);
+    const QByteArray catalogue = Get(m_strBaseUrl + "/catalogue.json?folder=/"_s).body;
     for (const QJsonValue value : QJsonDocument::fromJson(catalogue).array()) {
         QJsonObject record = value.toObject();
         const QString strTarget = record.value(QStringLiteral("strDownloadPath")).toString();
@@ -129,7 +120,7 @@ bool ServedSite::FetchRecords()
 
 QByteArray ServedSite::Served(const QString& strPath) const
 {
-    return Fetch(m_strBaseUrl + strPath);
+    return Get(m_strBaseUrl + strPath).body;
 }
 
 QJsonObject ServedSite::Record(const QString& strRecordId) const
