@@ -1,4 +1,4 @@
-# shellcheck shell=bash
+# shellcheck shell=bash disable=SC2154
 # To be sourced by a script that provides a folder of foreign libraries. It sets before: `tool` (its name in messages),
 # `archive` (where an archive may lie, its SHA-256 in a file .sha256 beside it), `named` (whether the user named it),
 # `config` (a file that a whole folder has) and `parent` (where the folder goes); and has a function `build` that makes

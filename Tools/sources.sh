@@ -19,8 +19,8 @@ fetch_sources() {
     local package
     for package in "$@"; do
         apt-cache showsrc "$package" 2>/dev/null | grep -q '^Package:' || enable_sources
-        rm -rf "$package"
+        rm -rf "$package" "$package"_*
         apt-get source --download-only "$package"
-        dpkg-source --no-check -x "$(ls -t "$package"_*.dsc | head -n 1)" "$package"
+        dpkg-source --no-check -x "$package"_*.dsc "$package"
     done
 }

@@ -36,10 +36,20 @@ headers() {
     touch "$1/complete"
 }
 
+# Qt's CMake files refuse to work when a plug-in that they describe was left out of the archive.
+forget_missing_plugins() {
+    local description plugin
+    for description in "$1"/lib/cmake/*/Qt5*Plugin.cmake; do
+        plugin=$(sed -n 's/.*RELEASE "\(.*\)" .*/\1/p' "$description")
+        [[ -e $1/plugins/$plugin ]] || rm "$description"
+    done
+}
+
 Tools/setup.sh build windows >&2
 provide
 prefix=$(<"$stamp")
 if ! [[ -e $prefix/kx-headers/complete ]]; then
+    forget_missing_plugins "$prefix"
     headers "$prefix/kx-headers" >"$parent/headers.log" 2>&1 ||
         fail "no header-only libraries: $(tail -n 3 "$parent/headers.log")"
 fi
