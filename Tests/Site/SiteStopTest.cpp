@@ -37,10 +37,12 @@ bool AllConnected(const Sockets& sockets)
     return true;
 }
 
+#ifdef Q_OS_LINUX
 int ThreadCount()
 {
     return QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
 }
+#endif
 
 QByteArray Request(const char* pPath)
 {

@@ -1,0 +1,66 @@
+#!/usr/bin/env bash
+# What Windows programs need to run here: a Wine folder that says it is Windows 10, and a display without a screen.
+#   Tools/windows/desktop.sh up|down FOLDER
+set -euo pipefail
+
+wait_seconds=60
+folder=$2
+mkdir -p "$folder"
+folder=$(cd "$folder" && pwd)
+export WINEPREFIX=$folder/prefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
+wine=/usr/lib/wine/wine64
+server=/usr/lib/wine/wineserver64
+
+# Ends the display that an earlier run left, by the process that it noted.
+down() {
+    [[ ! -d $WINEPREFIX ]] || "$server" -k || true
+    if [[ -r $folder/display.pid ]] && grep -qs Xvfb "/proc/$(<"$folder/display.pid")/comm"; then
+        kill "$(<"$folder/display.pid")"
+    fi
+    rm -f "$folder"/display "$folder/display.pid" "$folder"/test.*
+}
+
+show() {
+    local waited=0
+    rm -f "$folder/display.new"
+    setsid Xvfb -displayfd 1 -screen 0 1600x1200x24 -nolisten tcp -noreset \
+        >"$folder/display.new" 2>"$folder/display.log" </dev/null &
+    echo $! >"$folder/display.pid"
+    until [[ -s $folder/display.new ]]; do
+        if ((++waited > wait_seconds * 10)) || ! kill -0 $! 2>/dev/null; then
+            cat "$folder/display.log" >&2
+            echo "desktop.sh: no display" >&2
+            exit 1
+        fi
+        sleep 0.1
+    done
+    mv "$folder/display.new" "$folder/display"
+    DISPLAY=:$(<"$folder/display")
+    export DISPLAY
+}
+
+up() {
+    down
+    show
+    {
+        if ! [[ -e $folder/ready ]]; then
+            mkdir -p "$WINEPREFIX"
+            timeout 300 "$wine" wineboot --init
+            timeout 60 "$wine" reg add 'HKCU\Software\Wine' /v Version /d win10 /f
+            timeout 60 "$server" -w
+            touch "$folder/ready"
+        fi
+        "$server" -p600 # stays between programs, so that each starts quickly
+    } >"$folder/wine.log" 2>&1 </dev/null || {
+        tail -n 20 "$folder/wine.log" >&2
+        exit 1
+    }
+}
+
+case $1 in
+    up | down) "$1" ;;
+    *)
+        sed -n 2,3p "$0" >&2
+        exit 2
+        ;;
+esac

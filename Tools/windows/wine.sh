@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Runs a Windows program under Wine, in the Wine folder and on the display of Tools/windows/desktop.sh.
+#   Tools/windows/wine.sh WINE_FOLDER PROGRAM [ARGUMENT...]
+#   Tools/windows/wine.sh WINE_FOLDER --test PROGRAM    a Qt test, whose output is shown here: it writes none to a pipe
+set -euo pipefail
+
+folder=$1
+shift
+export WINEPREFIX=$folder/prefix WINEDEBUG=${WINEDEBUG:--all}
+[[ -r $folder/display ]] || {
+    echo "wine.sh: no display: run Tools/windows/desktop.sh up $folder" >&2
+    exit 1
+}
+DISPLAY=:$(<"$folder/display")
+export DISPLAY
+wine=/usr/lib/wine/wine64
+
+if [[ $1 != --test ]]; then
+    exec "$wine" "$@"
+fi
+program=$2
+output=$(mktemp "$folder/test.XXXXXX")
+trap 'rm -f "$output"' EXIT
+status=0
+"$wine" "$program" -o "Z:$output,txt" || status=$?
+tr -d '\r' <"$output"
+# Without totals it ended before its end, whatever it says.
+grep -q '^Totals:' "$output" || status=1
+exit "$status"
