@@ -1,6 +1,7 @@
 # One test program per subject: kx_add_test(NAME [SOURCES file ...] [LIBRARIES target ...]). Without SOURCES it is NAME.cpp.
 # The program runs without a display of its own: offscreen on Linux; a Windows program that was built elsewhere runs
-# under Wine with the platform that it ships with, on a display that is there for the tests.
+# under Wine with the platform that it ships with, on a display that is there for the tests. On Linux it runs in a
+# scratch folder of its own that CheckCanaries looks through and empties.
 if(MINGW AND CMAKE_CROSSCOMPILING)
     set(KX_WINE_FOLDER "${CMAKE_BINARY_DIR}/wine")
     set(KX_WINE "${CMAKE_SOURCE_DIR}/Tools/windows/wine.sh" "${KX_WINE_FOLDER}")
@@ -18,15 +19,19 @@ function(kx_add_test name)
     endif()
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE KXWarnings Qt5::Test ${ARG_LIBRARIES})
+    target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/Tests")
     if(KX_WINE)
         add_test(NAME ${name} COMMAND ${KX_WINE} --test "$<TARGET_FILE:${name}>")
         set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED WineDesktop)
         return()
     endif()
     add_test(NAME ${name} COMMAND ${name})
-    set(environment "QT_QPA_PLATFORM=offscreen")
+    set(scratch "${PROJECT_BINARY_DIR}/scratch/${name}")
+    file(MAKE_DIRECTORY "${scratch}")
+    set(environment "QT_QPA_PLATFORM=offscreen" "KX_KEEP_SCRATCH=1" "TMPDIR=${scratch}")
     if(KX_SANITIZE MATCHES "address")
         list(APPEND environment "LSAN_OPTIONS=print_suppressions=0:suppressions=${PROJECT_SOURCE_DIR}/Tests/leaks.supp")
     endif()
-    set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment}")
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment}" WORKING_DIRECTORY "${scratch}"
+                         FIXTURES_REQUIRED Scratch)
 endfunction()

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 """Each check finds what it is there for, and leaves good files alone: selftest.py CLASS..."""
+import base64
 import pathlib
 import subprocess
 import sys
@@ -179,6 +180,42 @@ class Exports(CheckCase):
 
     def test_a_missing_symbol_is_found(self):
         self.assert_exports("Given\nKind::Run()\nGone\n", ":3: not exported: Gone")
+
+
+class Canaries(CheckCase):
+    script = "canaries.py"
+
+    def judged(self, **files):
+        header = self.write("Canary.h", 'constexpr const char* Words[] = {"Ca+na ry"};')
+        for name, content in files.items():
+            path = self.root / "scratch" / "ATest" / "folder" / name.replace("_", ".")
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_bytes(content)
+        status, lines, error = run(HERE / self.script, self.root / "scratch", header)
+        self.assertEqual(error, "")
+        self.assertEqual([path.name for path in (self.root / "scratch").rglob("*")], ["ATest"])
+        return status, sorted({line.partition(":")[0] for line in lines[:-1]}), lines[-1]
+
+    def test_each_form_of_a_word_is_found(self):
+        quoted = {"plain_log": b"password[Ca+na ry]", "url_log": b"?p=Ca%2Bna%20ry&", "query_log": b"?p=Ca%2Bna+ry&",
+                  "utf16_db": "xCa+na ryx".encode("utf-16-le"), "stream_dat": "xCa+na ryx".encode("utf-16-be"),
+                  "hex_txt": b"43612b6e61207279", "middle_bin": b"\0" * 5000 + b"Ca+na ry" + b"\0" * 5000}
+        for before in range(4):
+            quoted[f"base{before}_txt"] = base64.b64encode(b"admin:"[:before] + b"Ca+na ry and more")
+        names = sorted("ATest/folder/" + name.replace("_", ".") for name in quoted)
+        self.assertEqual(self.judged(**quoted), (1, names, f"{len(quoted)} files looked at"))
+
+    def test_a_file_of_that_name_is_found(self):
+        self.assertEqual(self.judged(**{"Ca+na ry": b"x"}), (1, ["ATest/folder/Ca+na ry"], "1 files looked at"))
+
+    def test_masked_words_and_given_ones_pass(self):
+        self.assertEqual(self.judged(client_log=b"password[***] Ca+na", config_json=b"Ca+na ry",
+                                     records_json=b"Ca+na ry"), (0, [], "3 files looked at"))
+
+    def test_without_words_nothing_is_said_to_be_clean(self):
+        (self.root / "scratch").mkdir()
+        header = self.write("Empty.h")
+        self.assertEqual(run(HERE / self.script, self.root / "scratch", header)[0], 1)
 
 
 class Counting(CheckCase):

@@ -24,6 +24,16 @@ QString ClientFile()
     return QCoreApplication::applicationDirPath() + QStringLiteral("/kxclient");
 }
 
+// What the client said belongs to what a run leaves behind.
+const ClientResult& Kept(const ClientResult& result)
+{
+    const ScratchDir folder;
+    QFile file(folder.filePath(QStringLiteral("said.log")));
+    if (!file.open(QIODevice::WriteOnly) || file.write(result.Said()) <= 0)
+        qFatal("cannot write %s", qPrintable(file.fileName()));
+    return result;
+}
+
 } // namespace
 
 QStringList ClientResult::OutLines() const
@@ -51,7 +61,7 @@ ClientResult RunClient(const QStringList& arguments, const QStringList& environm
     result.iExit = bEnded ? process.exitCode() : -1;
     result.strOut = QString::fromUtf8(process.readAllStandardOutput());
     result.strErr = QString::fromUtf8(process.readAllStandardError());
-    return result;
+    return Kept(result);
 }
 
 RunningClient::~RunningClient()
@@ -91,7 +101,7 @@ ClientResult RunningClient::Finish()
     result.iExit = bEnded ? m_process.exitCode() : -1;
     result.strOut = Out();
     result.strErr = QString::fromUtf8(m_process.readAllStandardError());
-    return result;
+    return Kept(result);
 }
 
 bool ServedSite::Start(const QStringList& arguments)

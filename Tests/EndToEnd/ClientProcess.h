@@ -1,11 +1,12 @@
 #pragma once
 
+#include "ScratchDir.h"
+
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
 #include <QtCore/QProcess>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
-#include <QtCore/QTemporaryDir>
 
 // The real client, run as a user runs it. Every program of this folder stands beside it.
 namespace EndToEnd {
@@ -83,7 +84,7 @@ public:
     QStringList Download(const QJsonObject& config, const QJsonArray& records) const;
 
 private:
-    QTemporaryDir m_folder;
+    ScratchDir m_folder;
 };
 
 } // namespace EndToEnd

@@ -90,7 +90,7 @@ void CloudPasswordTest::TheAnswerQueuesTheTaskAndAsksForItsPicture_data()
     QTest::addColumn<int>("get");
     QTest::addColumn<QByteArray>("password");
     QTest::addColumn<QString>("sent");
-    QTest::newRow("password found") << 1 << QByteArray("secret") << QStringLiteral(" password=secret ");
+    QTest::newRow("password found") << 1 << QByteArray("canary-secret") << QStringLiteral(" password=canary-secret ");
     QTest::newRow("not found: is the empty password taken?") << 0 << QByteArray() << QStringLiteral(" password= ");
     QTest::newRow("not found, with a password: is it taken?")
         << 0 << QByteArray("other") << QStringLiteral(" password=other ");
@@ -119,14 +119,15 @@ void CloudPasswordTest::TheAnswerQueuesTheTaskAndAsksForItsPicture()
 void CloudPasswordTest::EveryAnswerIsLoggedAsItCame()
 {
     EngineRig rig;
-    rig.World().Cloud().RaisePassword(7, "secret", {"serial", 5, "unknown", "path/录像.mp4"});
+    rig.World().Cloud().RaisePassword(7, "canary-secret", {"serial", 5, "unknown", "path/录像.mp4"});
     rig.World().Cloud().RaisePassword(0, "", {"", 0, "", ""});
     rig.Settle();
-    QCOMPARE(rig.World().Log().Lines(),
-             Texts({"2 RecordDownloadModule::OnGetCloudPasswordFinished "
-                    "ibGet[7],strPassword[secret],strDeviceSN[serial],strRecordId[unknown],strPath[path/录像.mp4]",
-                    "2 RecordDownloadModule::OnGetCloudPasswordFinished "
-                    "ibGet[0],strPassword[],strDeviceSN[],strRecordId[],strPath[]"}));
+    QCOMPARE(
+        rig.World().Log().Lines(),
+        Texts({"2 RecordDownloadModule::OnGetCloudPasswordFinished "
+               "ibGet[7],strPassword[canary-secret],strDeviceSN[serial],strRecordId[unknown],strPath[path/录像.mp4]",
+               "2 RecordDownloadModule::OnGetCloudPasswordFinished "
+               "ibGet[0],strPassword[],strDeviceSN[],strRecordId[],strPath[]"}));
 }
 
 void CloudPasswordTest::AnAnswerThatFitsNoTaskChangesNothing_data()
@@ -146,10 +147,10 @@ void CloudPasswordTest::AnAnswerThatFitsNoTaskChangesNothing()
     EngineRig rig;
     rig.SendOne(Encrypted(rig, "1"));
     rig.Calls().Clear();
-    rig.World().Cloud().RaisePassword(1, "secret", {device.toStdString(), -1, id.toStdString(), "~/1.mp4"});
+    rig.World().Cloud().RaisePassword(1, "canary-secret", {device.toStdString(), -1, id.toStdString(), "~/1.mp4"});
     rig.Settle();
     QCOMPARE(Told(rig), Texts({}));
-    rig.World().Cloud().AnswerPassword(0, 1, "secret"); // it is still held
+    rig.World().Cloud().AnswerPassword(0, 1, "canary-secret"); // it is still held
     rig.Settle();
     QCOMPARE(rig.Calls().Short("Start"), Texts({"StartCloudRecordDownload 1"}));
 }
@@ -198,7 +199,7 @@ void CloudPasswordTest::AnsweredTasksKeepTheLimit()
     EngineRig rig;
     rig.SendList(0, std::vector{Encrypted(rig, "1"), Encrypted(rig, "2"), Encrypted(rig, "3"), Encrypted(rig, "4")});
     for (const std::size_t uQuery : {3U, 0U, 2U, 1U})
-        rig.World().Cloud().AnswerPassword(uQuery, 1, "secret");
+        rig.World().Cloud().AnswerPassword(uQuery, 1, "canary-secret");
     rig.Settle();
     QCOMPARE(rig.Calls().Short("Start"),
              Texts({"StartCloudRecordDownload 4", "StartCloudRecordDownload 1", "StartCloudRecordDownload 3"}));
@@ -210,7 +211,7 @@ void CloudPasswordTest::TheAnswerIsHandledOnTheEnginesThread()
 {
     EngineRig rig;
     rig.SendOne(Encrypted(rig, "1"));
-    rig.World().Cloud().AnswerPassword(0, 1, "secret");
+    rig.World().Cloud().AnswerPassword(0, 1, "canary-secret");
     rig.Settle();
     QCOMPARE(rig.Calls().Count("Start"), 1);
     QCOMPARE(rig.Calls().OffThread(), Texts({}));
@@ -283,10 +284,10 @@ void CloudPasswordTest::AnAnswerAfterShutdownStartsNothing()
         rig.World().Cloud().KeepCallingAfterUnregister();
     rig.SendOne(Encrypted(rig, "1"));
     if (before)
-        rig.World().Cloud().AnswerPassword(0, 1, "secret");
+        rig.World().Cloud().AnswerPassword(0, 1, "canary-secret");
     rig.Engine().Shutdown();
     if (!before)
-        rig.World().Cloud().AnswerPassword(0, 1, "secret");
+        rig.World().Cloud().AnswerPassword(0, 1, "canary-secret");
     rig.Settle();
     QCOMPARE(rig.Calls().Count("Start"), 0);
     QCOMPARE(rig.Calls().Count("get "), 0);

@@ -307,7 +307,7 @@ void ControlTest::AHeldCloudTaskThatWasTakenOutDoesNotComeBack()
     else
         rig.Engine().PauseRecordDownloads({pTask});
     if (password)
-        rig.World().Cloud().AnswerPassword(0, 1, "secret");
+        rig.World().Cloud().AnswerPassword(0, 1, "canary-secret");
     else
         rig.World().Pictures().AnswerFailed("");
     rig.Settle();

@@ -80,7 +80,7 @@ public:
         const QByteArray name = "served" + QByteArray::number(++m_iServed) + ".enc";
         const QString strLocal = m_world.WriteFile(name.constData(), content);
         m_decrypt.Enqueue({QString::fromUtf8(pszUrl), strLocal, QStringLiteral("key"), QStringLiteral("device"),
-                           QStringLiteral("secret"), m_world.Path(pszTarget)});
+                           QStringLiteral("canary-secret"), m_world.Path(pszTarget)});
     }
     QStringList Finished() { return m_world.Calls().Lines("Finished"); }
 
@@ -97,10 +97,12 @@ void DecryptTest::TheHostGetsTheFileAndTheJobsTexts_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QStringList>("call");
     QTest::newRow("a file") << QByteArray("encrypted")
-                            << Texts({"DecryptPicture ZW5jcnlwdGVk key=key device=device password=secret"});
-    QTest::newRow("bytes that are no text") << QByteArray::fromHex("00ff10800a0d")
-                                            << Texts({"DecryptPicture AP8QgAoN key=key device=device password=secret"});
-    QTest::newRow("an empty file") << QByteArray() << Texts({"DecryptPicture  key=key device=device password=secret"});
+                            << Texts({"DecryptPicture ZW5jcnlwdGVk key=key device=device password=canary-secret"});
+    QTest::newRow("bytes that are no text")
+        << QByteArray::fromHex("00ff10800a0d")
+        << Texts({"DecryptPicture AP8QgAoN key=key device=device password=canary-secret"});
+    QTest::newRow("an empty file") << QByteArray()
+                                   << Texts({"DecryptPicture  key=key device=device password=canary-secret"});
 }
 
 void DecryptTest::TheHostGetsTheFileAndTheJobsTexts()
@@ -318,7 +320,7 @@ void DecryptTest::StopLetsTheRunningJobEndAndDropsTheOthers()
     rig.Decrypt().Stop();
     QVERIFY(rig.Decrypt().isFinished());
     QCOMPARE(rig.World().Calls().Lines({"DecryptPicture", "Finished"}),
-             Texts({"DecryptPicture ZW5jcnlwdGVk key=key device=device password=secret", "Finished 1 one "}));
+             Texts({"DecryptPicture ZW5jcnlwdGVk key=key device=device password=canary-secret", "Finished 1 one "}));
 }
 
 void DecryptTest::StopAndStartMayBeRepeated()

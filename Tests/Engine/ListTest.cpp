@@ -120,7 +120,7 @@ void ListTest::EveryStreamedFieldReachesThePanelsTask()
     record.uValue3 = 13;
     record.lFileSize = 14;
     record.lReceivedSize = 15;
-    record.strPassword = QStringLiteral("secret");
+    record.strPassword = QStringLiteral("canary-secret");
     record.strText3 = QStringLiteral("address");
     record.strText4 = QString::fromUtf8("Tür");
     record.strText5 = QStringLiteral("cookie");
@@ -141,7 +141,7 @@ void ListTest::EveryStreamedFieldReachesThePanelsTask()
     QCOMPARE(pTask->strEndTime, QStringLiteral("20200102T030506"));
     QCOMPARE(pTask->lFileSize, Q_INT64_C(14));
     QCOMPARE(pTask->lReceivedSize, Q_INT64_C(-1));
-    QCOMPARE(pTask->strPassword, QStringLiteral("secret"));
+    QCOMPARE(pTask->strPassword, QStringLiteral("canary-secret"));
     QCOMPARE(pTask->strText3, QStringLiteral("address"));
     QCOMPARE(pTask->strText4, QString::fromUtf8("Tür"));
     QCOMPARE(pTask->strText5, QStringLiteral("cookie"));

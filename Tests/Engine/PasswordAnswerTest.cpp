@@ -150,7 +150,7 @@ void PasswordAnswerTest::ADoubledAnswerIsDropped()
     rig.World().Devices().AnswerPassword(0, 0, "second");
     rig.Settle();
     QCOMPARE(rig.Calls().Count("SignalGetDevicePasswordResponse"), 1);
-    QCOMPARE(rig.Task("1")->strPassword, QStringLiteral("clear-first"));
+    QCOMPARE(rig.Task("1")->strPassword, QStringLiteral("canary-first"));
 
     rig.Calls().Clear();
     rig.World().Devices().AnswerPassword(0, 0, "third"); // long after
@@ -176,7 +176,7 @@ void PasswordAnswerTest::AnAnswerThatRacesItsQueryCounts()
 {
     EngineRig rig([](FakeWorld& world) { world.Devices().AnswerInsideQuery(0, "sealed"); });
     AskOnce(rig);
-    QTRY_COMPARE(rig.Task("1")->strPassword, QStringLiteral("clear-sealed"));
+    QTRY_COMPARE(rig.Task("1")->strPassword, QStringLiteral("canary-sealed"));
     rig.RaiseState(Source::Device, "1", 2);
     QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates 1 2 false"), 1); // it runs again
 }
@@ -204,7 +204,7 @@ void PasswordAnswerTest::OnlyTheDeviceOfTheAnswerIsFreed()
     rig.World().Devices().RaiseMessage(Answer(1001, userInfo.constData()));
     rig.Settle();
     QCOMPARE(rig.Calls().Short("Start"), started);
-    QCOMPARE(rig.Task("1")->strPassword, started.isEmpty() ? QString() : QStringLiteral("clear-sealed"));
+    QCOMPARE(rig.Task("1")->strPassword, started.isEmpty() ? QString() : QStringLiteral("canary-sealed"));
     QCOMPARE(rig.Task("2")->strPassword, QString());
 }
 
@@ -227,7 +227,7 @@ void PasswordAnswerTest::UserDataAreReadInTheLocalEncoding()
     rig.World().Devices().AnswerPassword(0, 0, "sealed");
     rig.Settle();
     QCOMPARE(rig.Calls().Short("Start"), Texts({"StartDeviceRecordDownload ä", "StartDeviceRecordDownload 3"}));
-    QCOMPARE(rig.Task("ä")->strPassword, QStringLiteral("clear-sealed"));
+    QCOMPARE(rig.Task("ä")->strPassword, QStringLiteral("canary-sealed"));
 }
 
 void PasswordAnswerTest::ALateAnswerFreesTheQueueOfADeletedTask()

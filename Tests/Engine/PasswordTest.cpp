@@ -175,7 +175,7 @@ void PasswordTest::ARequeuedTaskWaitsAtTheEndWithItsFile()
     rig.Calls().Clear();
     rig.RaiseState(Source::Device, "3", 2);
     QCOMPARE(rig.Calls().Lines("Start"),
-             Texts({"StartDeviceRecordDownload 1 device=SN account= address= password=clear-sealed channel=-1 "
+             Texts({"StartDeviceRecordDownload 1 device=SN account= address= password=canary-sealed channel=-1 "
                     "path=~/1.mp4 begin=1577934245 end=1577934306 stream=-1"}));
     QCOMPARE(FilesLeft(rig, {"1.mp4", "1.jpg"}), Texts({"1.mp4", "1.jpg"}));
     QCOMPARE(rig.Calls().Count("SignalAddDownloadInfo"), 0); // its row is there already
@@ -196,13 +196,13 @@ void PasswordTest::TheAnswerIsStoredInAllTasksOfTheDevice()
     rig.SendList(1, std::vector{Protected(rig, "1", "SN"), Protected(rig, "2", "SN", {false, false, false, false}),
                                 Protected(rig, "3", "SN"), Protected(rig, "4", "SN-other")});
     rig.RaiseState(Source::Device, "1", 3); // "2" runs on, "3" and "4" wait
-    rig.World().SetClearDevicePassword("opened");
+    rig.World().SetClearDevicePassword("canary-opened");
     rig.World().Devices().AnswerPassword(0, 0, "sealed");
     rig.Calls().Clear();
     rig.Settle();
     QCOMPARE(rig.Calls().Lines("AesDecrypt").value(0), QStringLiteral("AesDecryptDeviceUserInfo SN password=sealed"));
     for (const char* pszId : {"1", "2", "3"}) {
-        QCOMPARE(rig.Task(pszId)->strPassword, QStringLiteral("opened"));
+        QCOMPARE(rig.Task(pszId)->strPassword, QStringLiteral("canary-opened"));
         QVERIFY(DeviceTask(rig, pszId)->bGotNewPassword);
     }
     QCOMPARE(rig.Task("4")->strPassword, QString());
@@ -316,11 +316,11 @@ void PasswordTest::TwoDevicesAreAskedEachForItself()
     rig.World().Devices().AnswerPassword(1, 0, "two");
     rig.Settle();
     QCOMPARE(rig.Calls().Count("Start"), 0);
-    QCOMPARE(rig.Task("2")->strPassword, QStringLiteral("clear-two"));
+    QCOMPARE(rig.Task("2")->strPassword, QStringLiteral("canary-two"));
     rig.World().Devices().AnswerPassword(0, 0, "one");
     rig.Settle();
     QCOMPARE(rig.Calls().Short("Start"), Texts({"StartDeviceRecordDownload 3", "StartDeviceRecordDownload 1"}));
-    QCOMPARE(rig.Task("1")->strPassword, QStringLiteral("clear-one"));
+    QCOMPARE(rig.Task("1")->strPassword, QStringLiteral("canary-one"));
 }
 
 void PasswordTest::OtherSourcesStartWhileADeviceIsAsked()

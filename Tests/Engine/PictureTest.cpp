@@ -45,7 +45,7 @@ KXDownLoadList::DownloadCloudRecordInfo Covered(const EngineRig& rig, const char
 {
     auto record = rig.Cloud(pszId);
     record.strCloudText1 = QStringLiteral("cover");
-    record.strCloudText4 = QStringLiteral("picture-key");
+    record.strCloudText4 = QStringLiteral("canary-picture-key");
     record.strPicturePath = QStringLiteral("as-received");
     return record;
 }
@@ -55,9 +55,9 @@ void SendListed(EngineRig& rig)
 {
     auto record = Covered(rig, "1");
     record.strText1 = QStringLiteral("account");
-    record.strCloudText2 = QStringLiteral("record-key");
+    record.strCloudText2 = QStringLiteral("canary-record-key");
     rig.SendOne(record);
-    rig.World().Cloud().AnswerPassword(0, 1, "fetched");
+    rig.World().Cloud().AnswerPassword(0, 1, "canary-fetched");
     rig.Settle();
     rig.World().Log().Clear();
 }
@@ -89,11 +89,11 @@ void PictureTest::TheDecrypterGetsTheTasksTexts()
 {
     EngineRig rig;
     auto record = Covered(rig, "1");
-    record.strPassword = QStringLiteral("secret");
+    record.strPassword = QStringLiteral("canary-secret");
     rig.SendOne(record);
     Settle(rig, 1);
     QCOMPARE(rig.Calls().Lines("Decrypt"),
-             Texts({"DecryptPicture ZW5jcnlwdGVk key=picture-key device=SN-1 password=secret"}));
+             Texts({"DecryptPicture ZW5jcnlwdGVk key=canary-picture-key device=SN-1 password=canary-secret"}));
 }
 
 void PictureTest::TheDecrypterGetsTheFetchedPassword()
@@ -102,20 +102,20 @@ void PictureTest::TheDecrypterGetsTheFetchedPassword()
     SendListed(rig);
     Settle(rig, 1);
     QCOMPARE(rig.Calls().Lines("Decrypt"),
-             Texts({"DecryptPicture ZW5jcnlwdGVk key=picture-key device=SN-1 password=fetched"}));
+             Texts({"DecryptPicture ZW5jcnlwdGVk key=canary-picture-key device=SN-1 password=canary-fetched"}));
 }
 
 void PictureTest::TheDecrypterGetsTheTextsOfTheRequest()
 {
     EngineRig rig;
     const auto pTask = std::make_shared<KXDownLoadList::DownloadCloudRecordInfo>(Covered(rig, "1"));
-    pTask->strPassword = QStringLiteral("secret");
+    pTask->strPassword = QStringLiteral("canary-secret");
     rig.Engine().StartRecordDownloads({pTask});
-    pTask->strCloudText4 = QStringLiteral("later key");
-    pTask->strPassword = QStringLiteral("later password");
+    pTask->strCloudText4 = QStringLiteral("canary-later-key");
+    pTask->strPassword = QStringLiteral("canary-later-password");
     Settle(rig, 1);
     QCOMPARE(rig.Calls().Lines("Decrypt"),
-             Texts({"DecryptPicture ZW5jcnlwdGVk key=picture-key device=SN-1 password=secret"}));
+             Texts({"DecryptPicture ZW5jcnlwdGVk key=canary-picture-key device=SN-1 password=canary-secret"}));
 }
 
 void PictureTest::AFailedDownloadReleasesAHeldTask_data()
@@ -157,7 +157,7 @@ void PictureTest::AClearPictureReleasesAHeldTask_data()
     QTest::addColumn<QString>("key");
     QTest::newRow("neither account nor key") << QString() << QString();
     QTest::newRow("an account and no key") << QStringLiteral("account") << QString();
-    QTest::newRow("a key and no account") << QString() << QStringLiteral("record-key");
+    QTest::newRow("a key and no account") << QString() << QStringLiteral("canary-record-key");
 }
 
 void PictureTest::AClearPictureReleasesAHeldTask()
@@ -197,7 +197,7 @@ void PictureTest::AWrongKeyDropsAHeldTask()
     QCOMPARE(rig.World().Log().Lines(),
              Texts({"2 RecordDownloadModule::OnPictureDecrptFinished Decrpt picture DecKeyError."}));
     rig.Calls().Clear();
-    rig.World().Cloud().RaisePassword(1, "secret", {"SN-1", -1, "1", ""}); // it is held no longer
+    rig.World().Cloud().RaisePassword(1, "canary-secret", {"SN-1", -1, "1", ""}); // it is held no longer
     rig.Settle();
     QCOMPARE(Told(rig), Texts({}));
 }

@@ -91,7 +91,7 @@ void ReentryTest::AHeldTaskResumedTwiceIsOneTask()
     rig.Engine().StartRecordDownloads({pTask, pTask});
     for (int i = 0; i < 2; ++i) { // a second task would take the second answer
         if (password)
-            rig.World().Cloud().AnswerPassword(0, 1, "secret");
+            rig.World().Cloud().AnswerPassword(0, 1, "canary-secret");
         rig.World().Pictures().AnswerFailed("cover");
         rig.Settle();
     }

@@ -35,7 +35,7 @@ Record Marked(Record record)
     record.strText1 = QStringLiteral("account");
     record.strDeviceId = QStringLiteral("serial");
     record.uValue3 = 3;
-    record.strPassword = QStringLiteral("secret");
+    record.strPassword = QStringLiteral("canary-secret");
     record.strText3 = QStringLiteral("address");
     record.strText4 = QStringLiteral("title");
     record.strText5 = QStringLiteral("cookie");
@@ -52,23 +52,25 @@ void RequestTest::TheCloudRequestCarriesTheTasksFields()
     record.iCloudValue = 6;
     record.strCloudText1 = QStringLiteral("cover");
     record.strCloudText3 = QStringLiteral("stream");
-    record.strCloudText4 = QStringLiteral("picture-key");
+    record.strCloudText4 = QStringLiteral("canary-picture-key");
     rig.SendOne(record);
-    QCOMPARE(rig.Calls().Lines("Start"),
-             Texts({"StartCloudRecordDownload 4711 device=serial account=account address=address password=secret "
-                    "channel=12 path=~/4711.mp4 begin=1577934245 end=1577934306 record=4711 kind=5 "
-                    "channelId=9000000001 storage=77 cloudKind=6 key= cloudAddress=stream"}));
+    QCOMPARE(
+        rig.Calls().Lines("Start"),
+        Texts({"StartCloudRecordDownload 4711 device=serial account=account address=address password=canary-secret "
+               "channel=12 path=~/4711.mp4 begin=1577934245 end=1577934306 record=4711 kind=5 "
+               "channelId=9000000001 storage=77 cloudKind=6 key= cloudAddress=stream"}));
 
     rig.Calls().Clear();
     record.strRecordId = QStringLiteral("4712");
     record.strDownloadPath = rig.World().Path("4712.mp4");
     record.strText1.clear(); // nobody to ask for the key's password, so it starts with its key and without one
-    record.strCloudText2 = QStringLiteral("record-key");
+    record.strCloudText2 = QStringLiteral("canary-record-key");
     rig.SendOne(record);
-    QCOMPARE(rig.Calls().Lines("Start"),
-             Texts({"StartCloudRecordDownload 4712 device=serial account= address=address password=secret channel=12 "
-                    "path=~/4712.mp4 begin=1577934245 end=1577934306 record=4712 kind=5 channelId=9000000001 "
-                    "storage=77 cloudKind=6 key=record-key cloudAddress=stream"}));
+    QCOMPARE(
+        rig.Calls().Lines("Start"),
+        Texts({"StartCloudRecordDownload 4712 device=serial account= address=address password=canary-secret channel=12 "
+               "path=~/4712.mp4 begin=1577934245 end=1577934306 record=4712 kind=5 channelId=9000000001 "
+               "storage=77 cloudKind=6 key=canary-record-key cloudAddress=stream"}));
 }
 
 void RequestTest::TheDeviceRequestCarriesTheTasksFields_data()
@@ -77,11 +79,11 @@ void RequestTest::TheDeviceRequestCarriesTheTasksFields_data()
     QTest::addColumn<QStringList>("started");
     QTest::newRow("ordinary start") << false
                                     << Texts({"StartDeviceRecordDownload r device=serial account=account "
-                                              "address=address password=secret channel=12 path=~/r.mp4 "
+                                              "address=address password=canary-secret channel=12 path=~/r.mp4 "
                                               "begin=1577934245 end=1577934306 stream=8"});
     QTest::newRow("alternate start") << true
                                      << Texts({"StartDeviceRecordDownloadAlt r device=serial account=account "
-                                               "address=address password=secret channel=12 path=~/r.mp4 "
+                                               "address=address password=canary-secret channel=12 path=~/r.mp4 "
                                                "begin=1577934245 end=1577934306 stream=8"});
 }
 
@@ -103,14 +105,15 @@ void RequestTest::TheLanRequestsCarryTheTasksFields_data()
     QTest::addColumn<QStringList>("started");
     QTest::newRow("IOT LAN") << 2
                              << Texts({"StartIOTLanRecordDownload r device=serial account=account address=address "
-                                       "password=secret channel=12 path=~/r.mp4 begin=1577934245 end=1577934306 "
-                                       "serial=module-serial moduleAddress=module-address token=module-token "
+                                       "password=canary-secret channel=12 path=~/r.mp4 begin=1577934245 end=1577934306 "
+                                       "serial=module-serial moduleAddress=module-address token=canary-module-token "
                                        "port=554 sub=module-sub stream=2 kind=9 encrypted=1"});
-    QTest::newRow("LAN module") << 3
-                                << Texts({"StartLanModuleRecordDownload r device=serial account=account "
-                                          "address=address password=secret channel=12 path=~/r.mp4 begin=1577934245 "
-                                          "end=1577934306 serial=module-serial moduleAddress=module-address "
-                                          "token=module-token port=554 sub=module-sub stream=2 kind=9 encrypted=1"});
+    QTest::newRow("LAN module")
+        << 3
+        << Texts({"StartLanModuleRecordDownload r device=serial account=account "
+                  "address=address password=canary-secret channel=12 path=~/r.mp4 begin=1577934245 "
+                  "end=1577934306 serial=module-serial moduleAddress=module-address "
+                  "token=canary-module-token port=554 sub=module-sub stream=2 kind=9 encrypted=1"});
 }
 
 void RequestTest::TheLanRequestsCarryTheTasksFields()
@@ -122,7 +125,7 @@ void RequestTest::TheLanRequestsCarryTheTasksFields()
     record.iRecordType = type;
     record.strLanText1 = QStringLiteral("module-serial");
     record.strLanText2 = QStringLiteral("module-address");
-    record.strLanText3 = QStringLiteral("module-token");
+    record.strLanText3 = QStringLiteral("canary-module-token");
     record.iLanValue1 = 554;
     record.strLanText4 = QStringLiteral("module-sub");
     record.iLanValue2 = 2;

@@ -288,11 +288,11 @@ void SchedulerTest::AHeldTaskOfAnotherClassIsReleasedByAPassword()
     rig.SendList(1, std::vector{record});
     rig.Calls().Clear();
     for (const char* pszDevice : {"SN-other", "SN-1", "SN-1"}) {
-        rig.World().Cloud().RaisePassword(1, "secret", {pszDevice, -1, "1", ""});
+        rig.World().Cloud().RaisePassword(1, "canary-secret", {pszDevice, -1, "1", ""});
         rig.Settle();
     }
     QCOMPARE(Told(rig), Texts({"SignalAddDownloadInfo 1"}));
-    QCOMPARE(rig.Task("1")->strPassword, QStringLiteral("secret"));
+    QCOMPARE(rig.Task("1")->strPassword, QStringLiteral("canary-secret"));
 }
 
 void SchedulerTest::AnUnknownRecordTypeIsQueuedNowhere()

@@ -41,7 +41,7 @@ KXDownLoadList::DownloadCloudRecordInfo Encrypted(const EngineRig& rig, const ch
 {
     auto record = Covered(rig, pszId);
     record.strText1 = QStringLiteral("account");
-    record.strCloudText2 = QStringLiteral("record-key");
+    record.strCloudText2 = QStringLiteral("canary-record-key");
     return record;
 }
 
@@ -155,7 +155,7 @@ void SharedPictureTest::ListedAndHeldTasksOfOneUrlAreSettledEachInItsWay()
     if (!listedFirst)
         rig.SendOne(Covered(rig, "2"));
     rig.SendOne(Encrypted(rig, "1"));
-    rig.World().Cloud().AnswerPassword(0, 1, "secret");
+    rig.World().Cloud().AnswerPassword(0, 1, "canary-secret");
     rig.Settle();
     if (listedFirst)
         rig.SendOne(Covered(rig, "2"));

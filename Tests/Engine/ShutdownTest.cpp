@@ -153,7 +153,7 @@ void ShutdownTest::StartsNothingWhateverArrivesAfterwards()
         SendTasks(rig, source, {"1", "2", "3"});
     rig.Engine().StartRecordDownloads(Rows(rig, {"11", "21", "31", "41"}));
     rig.World().Devices().AnswerPassword(0, 0, "sealed");
-    rig.World().Cloud().RaisePassword(1, "secret", {"SN-1", -1, "1", ""});
+    rig.World().Cloud().RaisePassword(1, "canary-secret", {"SN-1", -1, "1", ""});
     rig.World().Pictures().AnswerFailed("");
     rig.Settle();
     for (const Source source : sources) {
@@ -307,7 +307,7 @@ void ShutdownTest::AFetchedPictureGivesNoSignal()
     record.strCloudText2 = listed ? QStringLiteral("key") : QString();
     rig.SendOne(record);
     if (listed)
-        rig.World().Cloud().AnswerPassword(0, 1, "secret");
+        rig.World().Cloud().AnswerPassword(0, 1, "canary-secret");
     rig.Settle();
     QCOMPARE(rig.Calls().Count("get "), 1);
     rig.World().Cloud().QueueDecryption(result, QByteArrayLiteral("clear"));

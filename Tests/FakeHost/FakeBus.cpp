@@ -66,3 +66,15 @@ QStringList FakeBus::Texts(const char* pszEvent) const
         found.append(payload.value(0).toString());
     return found;
 }
+
+QByteArray FakeBus::Dump() const
+{
+    QMutexLocker locker(&m_mutex);
+    QByteArray dump;
+    for (const Sent& sent : m_sent) {
+        dump += sent.event + '\n';
+        for (const QVariant& element : sent.payload)
+            dump += element.toByteArray() + '\n';
+    }
+    return dump;
+}

@@ -24,6 +24,8 @@ public:
     std::vector<QVariantList> Payloads(const char* pszEvent) const;
     // The same for events whose payload is one text.
     QStringList Texts(const char* pszEvent) const;
+    // All recorded events with their payloads, for a search.
+    QByteArray Dump() const;
 
 private:
     struct Subscription

@@ -27,6 +27,7 @@ FakeWorld::FakeWorld()
 {
     if (!m_folder.isValid() || g_pWorld.exchange(this))
         qFatal("a fake world needs a temporary folder, and no other world beside it");
+    m_folder.setAutoRemove(!qEnvironmentVariableIsSet("KX_KEEP_SCRATCH")); // a run of the suite looks through it later
     qputenv("TZ", "UTC");
 }
 
@@ -35,6 +36,7 @@ FakeWorld::~FakeWorld()
     // Posted jobs call the modules: they end before any of them goes.
     m_transferThread.Run([] {});
     m_logicThread.Run([] {});
+    WriteFile("events.txt", m_bus.Dump());
     if (m_timeZone.isNull())
         qunsetenv("TZ");
     else
@@ -98,5 +100,5 @@ std::string FakeWorld::ClearDevicePassword(const std::string& strDeviceId, const
 {
     m_calls.Add(QStringLiteral("AesDecryptDeviceUserInfo %1 password=%2")
                     .arg(QString::fromStdString(strDeviceId), QString::fromStdString(strPassword)));
-    return m_strClearPassword.empty() ? "clear-" + strPassword : m_strClearPassword;
+    return m_strClearPassword.empty() ? "canary-" + strPassword : m_strClearPassword;
 }

@@ -54,7 +54,7 @@ public:
     void TakeModuleAway(int iId) { m_absentModules.insert(iId); }
     void TakePicturesAway() { m_bPictures = false; }
     void TakeDatabaseAway() { m_bDatabase = false; }
-    // What AesDecryptDeviceUserInfo gives; by default "clear-" and the text it was given.
+    // What AesDecryptDeviceUserInfo gives; by default "canary-" and the text it was given.
     void SetClearDevicePassword(const char* pszPassword) { m_strClearPassword = pszPassword; }
 
     // Runs `job` on that many threads at once, with their numbers from 0, and waits for all of them.

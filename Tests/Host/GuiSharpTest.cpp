@@ -1,8 +1,8 @@
 #include "Host/KXGui/Theme.h"
 #include "KXGui/KXColor.h"
 #include "KXGui/KXSvgPixmap.h"
+#include "ScratchDir.h"
 
-#include <QtCore/QTemporaryDir>
 #include <QtGui/QPainter>
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
@@ -63,7 +63,7 @@ private slots:
 
 void GuiSharpTest::APictureHasThePixelsOfTheScreen()
 {
-    QTemporaryDir folder;
+    ScratchDir folder;
     QFile file(folder.filePath(QStringLiteral("half.svg")));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("<svg xmlns='http://www.w3.org/2000/svg' width='30' height='30'>"

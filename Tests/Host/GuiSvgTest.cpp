@@ -1,5 +1,6 @@
 #include "KXGui/KXSvgPixmap.h"
 #include "LogFile.h"
+#include "ScratchDir.h"
 
 #include <QtTest/QtTest>
 
@@ -62,7 +63,7 @@ private:
         return KXSvgPixmap(Write(svg)).normalPixmap(Size, strTemplate).toImage();
     }
 
-    QTemporaryDir m_folder;
+    ScratchDir m_folder;
     int m_iFiles = 0;
 };
 

@@ -3,9 +3,9 @@
 #include "Host/KXLogic/HostSettings.h"
 #include "KXLogic/KXLogic.h"
 #include "KXLogic/KXLogicFunctions.h"
+#include "ScratchDir.h"
 
 #include <QtCore/QMutex>
-#include <QtCore/QTemporaryDir>
 #include <QtCore/QThread>
 #include <QtTest/QtTest>
 
@@ -124,9 +124,10 @@ void KXLogicAnswersTest::AnswersTheCloudPasswordQuery()
     PasswordListener listener;
     m_pCloud->SetCloudPasswordCallback(&listener, &PasswordListener::OnPassword);
     const std::int64_t lChannel = 8589934593; // more than 32 bits
-    QCOMPARE(m_pCloud->GetCloudRecordPassword("me", "DEV1", 3, lChannel, "key-7", "42", 1600000000, "/a b.mp4"), 0);
-    QCOMPARE(m_pCloud->GetCloudRecordPassword("me", "DEV2", 3, -1, "key-7", "43", 1600000000, ""), 0);
-    QCOMPARE(m_pCloud->GetCloudRecordPassword("me", "DEV0", 3, 0, "key-7", "44", 1600000000, "/c"), 0);
+    QCOMPARE(m_pCloud->GetCloudRecordPassword("me", "DEV1", 3, lChannel, "canary-key-7", "42", 1600000000, "/a b.mp4"),
+             0);
+    QCOMPARE(m_pCloud->GetCloudRecordPassword("me", "DEV2", 3, -1, "canary-key-7", "43", 1600000000, ""), 0);
+    QCOMPARE(m_pCloud->GetCloudRecordPassword("me", "DEV0", 3, 0, "canary-key-7", "44", 1600000000, "/c"), 0);
     const QStringList expected{QStringLiteral(u"1|canary-p\u00E4ss|DEV1|8589934593|42|/a b.mp4"),
                                QStringLiteral("0||DEV2|-1|43|"), QStringLiteral("1||DEV0|0|44|/c")};
     QTRY_COMPARE_WITH_TIMEOUT(listener.Answers(), expected, WaitMs);
@@ -140,11 +141,11 @@ void KXLogicAnswersTest::AnswersNobodyAfterUnregistering()
     PasswordListener second;
     m_pCloud->SetCloudPasswordCallback(&first, &PasswordListener::OnPassword);
     for (int i = 0; i < 100; ++i)
-        QCOMPARE(m_pCloud->GetCloudRecordPassword("me", "DEV1", 3, i, "key-7", "42", 1600000000, "/a"), 0);
+        QCOMPARE(m_pCloud->GetCloudRecordPassword("me", "DEV1", 3, i, "canary-key-7", "42", 1600000000, "/a"), 0);
     QCOMPARE(m_pCloud->UnregisterCloudPasswordCallback(&first), 0);
     const int iAnswers = first.Answers().size();
     m_pCloud->SetCloudPasswordCallback(&second, &PasswordListener::OnPassword);
-    QCOMPARE(m_pCloud->GetCloudRecordPassword("me", "DEV2", 3, 0, "key-7", "last", 1600000000, "/a"), 0);
+    QCOMPARE(m_pCloud->GetCloudRecordPassword("me", "DEV2", 3, 0, "canary-key-7", "last", 1600000000, "/a"), 0);
     QTRY_VERIFY_WITH_TIMEOUT(second.Answers().contains(QStringLiteral("0||DEV2|0|last|/a")), WaitMs);
     QCOMPARE(first.Answers().size(), iAnswers);
     m_pCloud->UnregisterCloudPasswordCallback(&second);
@@ -258,26 +259,27 @@ void KXLogicAnswersTest::AQueryMayBeMadeFromInsideAnAnswer()
 void KXLogicAnswersTest::DecryptsAPicture()
 {
     std::string strSealed;
-    QCOMPARE(KXHost::EncryptPicture("a picture", "key-7", "DEV1", "secret", strSealed), KXHost::CipherResult::Ok);
+    QCOMPARE(KXHost::EncryptPicture("a picture", "canary-key-7", "DEV1", "canary-secret", strSealed),
+             KXHost::CipherResult::Ok);
     const std::string strBase64 = QByteArray::fromStdString(strSealed).toBase64().toStdString();
     std::string strClear = "untouched";
-    QCOMPARE(m_pCloud->DecryptPicture(strBase64, "key-8", "DEV1", "secret", strClear), 2);
-    QCOMPARE(m_pCloud->DecryptPicture(strBase64, "key-7", "DEV2", "secret", strClear), 2);
-    QCOMPARE(m_pCloud->DecryptPicture(strBase64, "key-7", "DEV1", "", strClear), 2);
+    QCOMPARE(m_pCloud->DecryptPicture(strBase64, "canary-key-8", "DEV1", "canary-secret", strClear), 2);
+    QCOMPARE(m_pCloud->DecryptPicture(strBase64, "canary-key-7", "DEV2", "canary-secret", strClear), 2);
+    QCOMPARE(m_pCloud->DecryptPicture(strBase64, "canary-key-7", "DEV1", "", strClear), 2);
     for (const std::string& strBad : {std::string(), std::string("not Base64 at all?"), strBase64.substr(0, 60),
                                       strBase64.substr(0, strBase64.size() - 8)}) {
-        const int iResult = m_pCloud->DecryptPicture(strBad, "key-7", "DEV1", "secret", strClear);
+        const int iResult = m_pCloud->DecryptPicture(strBad, "canary-key-7", "DEV1", "canary-secret", strClear);
         QVERIFY2(iResult != 0 && iResult != 2, strBad.c_str());
     }
     QCOMPARE(strClear, std::string("untouched"));
-    QCOMPARE(m_pCloud->DecryptPicture(strBase64, "key-7", "DEV1", "secret", strClear), 0);
+    QCOMPARE(m_pCloud->DecryptPicture(strBase64, "canary-key-7", "DEV1", "canary-secret", strClear), 0);
     QCOMPARE(strClear, std::string("YSBwaWN0dXJl"));
 }
 
 void KXLogicAnswersTest::StoresADownloadReport()
 {
     QVERIFY(m_pCloud->ReportRecordDownloaded("DEV1", 3, 1600000000, 1600000060, 1, "rec") != 0); // no database yet
-    QTemporaryDir folder;
+    ScratchDir folder;
     QVERIFY(KXHost::OpenResourceDb(folder.filePath(QStringLiteral("a.db")), nullptr));
     QCOMPARE(m_pCloud->ReportRecordDownloaded("DEV1", 3, 1600000000, 4294967295, 2, "rec"), 0);
     const QVector<KXHost::DownloadReport> reports = KXHost::DownloadReports();

@@ -1,10 +1,10 @@
 #include "Host/KXLogic/HostSettings.h"
 #include "KXLogic/KXLogic.h"
+#include "ScratchDir.h"
 #include "ScriptedServer.h"
 #include "TransferListener.h"
 
 #include <QtCore/QDir>
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
 #include <algorithm>
@@ -60,14 +60,14 @@ private:
     int Start(const std::string& strId, const QString& strFile = QStringLiteral("a.mp4"));
     QString Path(const QString& strFile) const { return m_pFolder->filePath(strFile); }
 
-    std::unique_ptr<QTemporaryDir> m_pFolder;
+    std::unique_ptr<ScratchDir> m_pFolder;
     std::unique_ptr<ScriptedServer> m_pServer;
     KXLogic::IDownloadLogic* m_pLogic = nullptr;
 };
 
 void KXLogicStopTest::init()
 {
-    m_pFolder = std::make_unique<QTemporaryDir>();
+    m_pFolder = std::make_unique<ScratchDir>();
     m_pServer = std::make_unique<ScriptedServer>();
     m_pServer->Serve("/r", Answer::Endless(65536));
     m_pServer->Serve("/s", Answer::Endless(65536));

@@ -2,11 +2,11 @@
 #include "Host/KXLogic/HostSettings.h"
 #include "KXLogic/KXLogic.h"
 #include "LogFile.h"
+#include "ScratchDir.h"
 #include "ScriptedServer.h"
 #include "TransferListener.h"
 
 #include <QtCore/QDir>
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
 #include <memory>
@@ -27,7 +27,7 @@ QByteArray Pattern(int iSize)
 
 QByteArray Sealed(const QByteArray& clear)
 {
-    KXHost::RecordEncryptor encryptor("secret", "key-7");
+    KXHost::RecordEncryptor encryptor("canary-secret", "canary-key-7");
     std::string strHeader;
     std::string strBody;
     std::string strTag;
@@ -79,13 +79,13 @@ private slots:
     void RefusesWhatItCannotServe();
 
 private:
-    int Start(int iSource, const QString& strId, const QString& strFile, const std::string& strPassword = "secret",
-              const std::string& strKeyText = std::string());
+    int Start(int iSource, const QString& strId, const QString& strFile,
+              const std::string& strPassword = "canary-secret", const std::string& strKeyText = std::string());
     QString Path(const QString& strFile) const { return m_pFolder->filePath(strFile); }
     void UseUrl(const QString& strUrl);
 
     KXHost::Settings m_settings;
-    std::unique_ptr<QTemporaryDir> m_pFolder;
+    std::unique_ptr<ScratchDir> m_pFolder;
     std::unique_ptr<ScriptedServer> m_pServer;
     std::unique_ptr<TransferListener> m_pListener;
     KXLogic::IDownloadLogic* m_pLogic = nullptr;
@@ -93,7 +93,7 @@ private:
 
 void KXLogicTransferTest::init()
 {
-    m_pFolder = std::make_unique<QTemporaryDir>();
+    m_pFolder = std::make_unique<ScratchDir>();
     m_pServer = std::make_unique<ScriptedServer>();
     m_pLogic = static_cast<KXLogic::IDownloadLogic*>(KXLogic::Instance()->GetLogicMdl(5));
     m_pListener = std::make_unique<TransferListener>(*m_pLogic);
@@ -285,15 +285,15 @@ void KXLogicTransferTest::DecryptsWhileWriting_data()
     QTest::addColumn<QString>("strKeyText");
     QTest::addColumn<QString>("strLastState");
     QTest::addColumn<QString>("strReason");
-    const QString strPassword = QStringLiteral("secret");
-    const QString strKeyText = QStringLiteral("key-7");
+    const QString strPassword = QStringLiteral("canary-secret");
+    const QString strKeyText = QStringLiteral("canary-key-7");
     const QString strFailed = QStringLiteral("0 5 0");
     const QString strRefused = QStringLiteral("0 5 3");
     QTest::newRow("right password and key")
         << sealed << strPassword << strKeyText << QStringLiteral("0 5 2") << QString();
-    QTest::newRow("wrong password") << sealed << QStringLiteral("Secret") << strKeyText << strRefused
+    QTest::newRow("wrong password") << sealed << QStringLiteral("Canary-secret") << strKeyText << strRefused
                                     << QStringLiteral("wrong key");
-    QTest::newRow("wrong key text") << sealed << strPassword << QStringLiteral("key-8") << strRefused
+    QTest::newRow("wrong key text") << sealed << strPassword << QStringLiteral("canary-key-8") << strRefused
                                     << QStringLiteral("wrong key");
     QTest::newRow("one bit altered") << altered << strPassword << strKeyText << strFailed
                                      << QStringLiteral("damaged data");
@@ -321,7 +321,7 @@ void KXLogicTransferTest::DecryptsWhileWriting()
     QTRY_VERIFY_WITH_TIMEOUT(m_pListener->HasState(strLastState), WaitMs);
     QCOMPARE(m_pListener->States().last(), strLastState);
     QVERIFY2(LogText(log).contains(strReason), qPrintable(LogText(log)));
-    QVERIFY(!LogText(log).contains(QStringLiteral("key-")) && !LogText(log).contains(strPassword));
+    QVERIFY(!LogText(log).contains(QStringLiteral("canary")) && !LogText(log).contains(strPassword));
     if (strReason.isEmpty()) {
         QVERIFY(FileContent(strPath) == Pattern(1000000));
         QCOMPARE(m_pListener->Received(QStringLiteral("0 5")), qint64(1000000));

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "Host/ktl/LogSettings.h"
+#include "ScratchDir.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QStringList>
-#include <QtCore/QTemporaryDir>
 
 // The log of one test, in a file that goes with it; the console stays quiet.
 class LogFile
@@ -41,6 +41,6 @@ public:
     }
 
 private:
-    QTemporaryDir m_folder;
+    ScratchDir m_folder;
     bool m_bOpened = false;
 };

@@ -1,5 +1,6 @@
 #include "Host/KXBase/ResourceDb.h"
 #include "LogFile.h"
+#include "ScratchDir.h"
 
 #include <QtSql/QSqlDatabase>
 #include <QtSql/QSqlError>
@@ -96,14 +97,14 @@ private:
     void RefusedAndKept(const QString& strReason);
 
     std::unique_ptr<LogFile> m_pLog;
-    std::unique_ptr<QTemporaryDir> m_pFolder;
+    std::unique_ptr<ScratchDir> m_pFolder;
     QString m_strFile;
 };
 
 void ResourceDbTest::init()
 {
     m_pLog = std::make_unique<LogFile>();
-    m_pFolder = std::make_unique<QTemporaryDir>();
+    m_pFolder = std::make_unique<ScratchDir>();
     m_strFile = m_pFolder->filePath(QString::fromUtf8("r\xC3\xA9sources.db"));
 }
 

@@ -5,6 +5,7 @@
 #include "KXLogic/KXLogic.h"
 #include "Model/DownloadRecordInfo.h"
 #include "Plugin/IKXWidgetPluginInterface.h"
+#include "ScratchDir.h"
 
 #include <QtCore/QCborMap>
 #include <QtCore/QCoreApplication>
@@ -15,7 +16,6 @@
 #include <QtCore/QLibrary>
 #include <QtCore/QPluginLoader>
 #include <QtCore/QPointer>
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QWidget>
@@ -340,7 +340,7 @@ void PluginTest::UnloadingWithoutDestoryFreesTheContent()
 void PluginTest::ManyLivesLeaveNothingBehind()
 {
 #ifdef Q_OS_LINUX
-    const QTemporaryDir folder;
+    const ScratchDir folder;
     int iThreads = 0;
     int iFiles = 0;
     for (int iLife = 0; iLife <= 20; ++iLife) {

@@ -1,9 +1,9 @@
 #include "Host/Site/ByteSource.h"
 #include "Host/Crypto/RecordCipher.h"
 #include "Host/Site/SiteRecording.h"
+#include "ScratchDir.h"
 
 #include <QtCore/QCryptographicHash>
-#include <QtCore/QTemporaryDir>
 #include <QtCore/QtEndian>
 #include <QtTest/QtTest>
 
@@ -153,7 +153,7 @@ void ByteSourceTest::SealedSourceOpensToTheClearOne()
 
 void ByteSourceTest::SealedSourceOfAFileThatShrankIsNotWhole()
 {
-    QTemporaryDir folder;
+    ScratchDir folder;
     QFile file(folder.filePath(QStringLiteral("a.mp4")));
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(QByteArray(100000, 'a')) == 100000);
     file.close();
@@ -164,7 +164,7 @@ void ByteSourceTest::SealedSourceOfAFileThatShrankIsNotWhole()
 
 void ByteSourceTest::HashIsSha256()
 {
-    QTemporaryDir folder;
+    ScratchDir folder;
     QFile file(folder.filePath(QStringLiteral("abc")));
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write("abc") == 3);
     file.close();
@@ -177,7 +177,7 @@ void ByteSourceTest::HashIsSha256()
 
 void ByteSourceTest::HashOfAFileThatVanishedIsEmpty()
 {
-    QTemporaryDir folder;
+    ScratchDir folder;
     QFile file(folder.filePath(QStringLiteral("a.mp4")));
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write("abc") == 3);
     file.close();

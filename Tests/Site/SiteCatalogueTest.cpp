@@ -1,3 +1,4 @@
+#include "ScratchDir.h"
 #include "SiteClient.h"
 
 #include "Host/Crypto/PictureCipher.h"
@@ -9,7 +10,6 @@
 #include <QtCore/QDir>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QSet>
-#include <QtCore/QTemporaryDir>
 #include <QtCore/QUrl>
 #include <QtTest/QtTest>
 
@@ -273,7 +273,7 @@ void SiteCatalogueTest::DifficultCoversBehaveAsNamed()
 
 void SiteCatalogueTest::FolderIsServedBySubfolder()
 {
-    QTemporaryDir folder;
+    ScratchDir folder;
     QVERIFY(WriteFile(folder.filePath(QStringLiteral("a b.mp4")), "first"));
     QVERIFY(WriteFile(folder.filePath(QStringLiteral("device/d.MP4")), QByteArray(300000, 'd')));
     QVERIFY(WriteFile(folder.filePath(QStringLiteral("iotlan/i.mp4")), "second"));
@@ -304,7 +304,7 @@ void SiteCatalogueTest::FolderIsServedBySubfolder()
 
 void SiteCatalogueTest::FolderWithoutRecordingsIsAnError()
 {
-    QTemporaryDir folder;
+    ScratchDir folder;
     KXHost::Site site;
     KXHost::Site::Options options;
     options.strDataDir = folder.path();
