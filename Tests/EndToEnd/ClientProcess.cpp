@@ -1,6 +1,6 @@
 #include "EndToEnd/ClientProcess.h"
 
-#include "SiteClient.h"
+#include "Site/SiteClient.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
