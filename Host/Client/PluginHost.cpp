@@ -3,9 +3,11 @@
 #include "Plugin/IKXWidgetPluginInterface.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QEvent>
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
+#include <QtCore/QLibrary>
 
 namespace KXClient {
 
@@ -41,6 +43,7 @@ bool PluginHost::Load(const QString& strFile, QString& strError)
         return false;
     }
     m_loader.setFileName(QFileInfo(strFile).absoluteFilePath());
+    m_loader.setLoadHints(QLibrary::LoadHints()); // Qt would keep the library mapped when it is unloaded
     const QString strIid = m_loader.metaData().value(QLatin1String("IID")).toString();
     const QString strWanted = QLatin1String(qobject_interface_iid<IKXWidgetPluginInterface*>());
     if (strIid != strWanted) {
@@ -56,11 +59,24 @@ bool PluginHost::Load(const QString& strFile, QString& strError)
     return strError.isEmpty();
 }
 
+QWidget* PluginHost::Panel() const
+{
+    return m_bInitialised ? m_pPlugin->CenterWidget(QString()) : nullptr;
+}
+
+void PluginHost::Show()
+{
+    if (m_bInitialised)
+        m_pPlugin->Start();
+}
+
 void PluginHost::Close()
 {
     if (m_bInitialised) {
         m_pPlugin->Stop();
         m_pPlugin->Destory();
+        // What the plug-in left to be deleted later goes while its code is still there.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     m_bInitialised = false;
     m_pPlugin = nullptr;

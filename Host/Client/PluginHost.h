@@ -4,6 +4,7 @@
 #include <QtCore/QString>
 
 class IKXWidgetPluginInterface;
+class QWidget;
 
 namespace KXClient {
 
@@ -22,6 +23,10 @@ public:
 
     // False, with the reason, when the file is no plug-in of the right interface or did not make its widget.
     bool Open(const QString& strFile, const QString& strLanguage, QString& strError);
+    // The plug-in's widget, owned by the plug-in; null when nothing is open.
+    QWidget* Panel() const;
+    // Has the plug-in show its widget; harmless when nothing is open.
+    void Show();
     // Harmless when nothing is open.
     void Close();
 
