@@ -13,9 +13,9 @@ clip() {
         -fflags +bitexact -flags:v +bitexact "$@" "$out/$name.mp4"
 }
 
-# picture CLIP SECOND: one frame of a clip, its cover and thumbnail.
+# picture CLIP SECOND: one frame of a clip, its cover and thumbnail, in the size in which a row shows it whole.
 picture() {
-    ffmpeg -hide_banner -loglevel error -y -ss "$2" -i "$out/$1.mp4" -frames:v 1 -vf scale=320:-2 -q:v 8 \
+    ffmpeg -hide_banner -loglevel error -y -ss "$2" -i "$out/$1.mp4" -frames:v 1 -vf scale=120:68:flags=lanczos -q:v 3 \
         -map_metadata -1 -fflags +bitexact -flags:v +bitexact "$out/$1.jpg"
 }
 
