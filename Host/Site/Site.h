@@ -53,6 +53,7 @@ public:
     // One object per recording. Its keys are names of record fields, with strDownloadPath in the given folder, and
     //   "sha256"  of the clear recording, in hex (the first call reads every recording once to get it)
     //   "expect"  how its download must end: "finished", "refused" or "dropped"
+    //   "thumbnail"  URL of its picture, for a device's recording
     QJsonArray Catalogue(const QString& strDownloadFolder) const;
     // What a client needs to reach this site: keys "cloud", "device", "iotLan" and "lanModule", each an object with
     // "url", "auth" and "user"; and "devicePasswords", passwords by serial. The password of an encrypted cloud

@@ -62,7 +62,10 @@ QJsonObject SiteCatalogue::RecordToJson(const SiteRecording& recording, int iPor
         if (recording.cover != CoverState::None)
             record[QStringLiteral("strCloudText1")] =
                 QString(BaseUrl(iPort) + QStringLiteral("/covers/") + recording.strCoverOwner);
-    } else if (recording.iType != KXDownLoadList::DeviceRecord) {
+    } else if (recording.iType == KXDownLoadList::DeviceRecord) {
+        record[QStringLiteral("thumbnail")] =
+            QString(BaseUrl(iPort) + QStringLiteral("/thumbs/") + recording.strId + QStringLiteral(".jpg"));
+    } else {
         record[QStringLiteral("strLanText2")] = QStringLiteral("127.0.0.1");
         record[QStringLiteral("iLanValue1")] = iPort;
     }

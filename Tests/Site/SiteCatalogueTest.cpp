@@ -32,7 +32,7 @@ QVector<QJsonObject> Records(const KXHost::Site& site)
 template <class Record>
 QSet<QString> FieldNames()
 {
-    QSet<QString> names{QStringLiteral("sha256"), QStringLiteral("expect")};
+    QSet<QString> names{QStringLiteral("sha256"), QStringLiteral("expect"), QStringLiteral("thumbnail")};
     Record record;
     const auto add = [&](const char* pName, const auto&) { names.insert(QLatin1String(pName)); };
     KXDownLoadList::VisitBaseFields(record, add);
@@ -205,7 +205,9 @@ void SiteCatalogueTest::CoversOpenWithTheirKey()
 
 void SiteCatalogueTest::ThumbnailsArePlainPictures()
 {
-    const Answer answer = Get(QString(m_site.BaseUrl() + QStringLiteral("/thumbs/KXD2S0048816_1_20240318T071111.jpg")));
+    const QString strUrl = m_site.BaseUrl() + QStringLiteral("/thumbs/KXD2S0048816_1_20240318T071111.jpg");
+    QCOMPARE(Text(RecordOf(m_site, QStringLiteral("KXD2S0048816_1_20240318T071111")), "thumbnail"), strUrl);
+    const Answer answer = Get(strUrl);
     QCOMPARE(answer.iStatus, 200);
     QVERIFY(answer.body.startsWith("\xFF\xD8\xFF"));
     QCOMPARE(Get(QString(m_site.BaseUrl() + QStringLiteral("/thumbs/nobody.jpg"))).iStatus, 404);
