@@ -5,55 +5,14 @@
 #include "Host/Client/DownloadRun.h"
 #include "Host/Client/PluginHost.h"
 #include "Host/Client/RegistrationCheck.h"
-#include "Host/KXBase/ResourceDb.h"
-#include "Host/ktl/LogSettings.h"
 
 #include <QtCore/QSaveFile>
 
 #include <algorithm>
 
-using KXDownLoadList::DownloadCloudRecordInfo;
-using KXDownLoadList::DownloadLanModuleRecordInfo;
-using KXDownLoadList::DownloadRecordInfo;
-
 namespace KXClient {
 
 namespace {
-
-QStringList SecretsOf(const DownloadRecordInfo& record, const KXHost::Settings& settings)
-{
-    QStringList secrets{record.strPassword};
-    if (const auto* pCloud = dynamic_cast<const DownloadCloudRecordInfo*>(&record))
-        secrets << pCloud->strCloudText2 << pCloud->strCloudText4;
-    else if (const auto* pLan = dynamic_cast<const DownloadLanModuleRecordInfo*>(&record))
-        secrets << pLan->strLanText3;
-    // Otherwise it is an address.
-    if (settings.sources[static_cast<size_t>(record.iRecordType)].strUrl.contains(QLatin1String("{token}")))
-        secrets << record.strText3;
-    return secrets;
-}
-
-// The log hides passwords and keys whatever a line calls them.
-void HideSecrets(const DownloadInput& input)
-{
-    for (const QString& strPassword : input.Settings().devicePasswords)
-        KXHost::AddSecret(strPassword.toStdString());
-    for (const RequestedRecord& request : input.Records()) {
-        for (const QString& strSecret : SecretsOf(*request.pRecord, input.Settings()))
-            KXHost::AddSecret(strSecret.toStdString());
-    }
-}
-
-bool StartLogFile(const QString& strFile)
-{
-    KXHost::LogSettings settings;
-    settings.strFilePath = strFile;
-    settings.iConsoleLevel = FailureLevel;
-    if (KXHost::SetLogSettings(settings))
-        return true;
-    PrintError(QStringLiteral("cannot write the log file %1").arg(strFile));
-    return false;
-}
 
 bool OpenReport(const QString& strFile, QSaveFile& report)
 {
@@ -80,15 +39,15 @@ ExitStatus Download(const DownloadOptions& options, const DownloadInput& input, 
 {
     QString strError;
     PluginHost plugin;
-    if (!plugin.Open(options.strPluginFile, QStringLiteral("en"), strError)) {
+    if (!plugin.Open(options.client.strPluginFile, QStringLiteral("en"), strError)) {
         PrintError(strError);
         return PluginError;
     }
     const RegistrationCheck registration;
-    DownloadRun run(input.Records(), options.input.strFolder, options.iTimeoutSeconds);
+    DownloadRun run(input.Records(), options.client.input.strFolder, options.iTimeoutSeconds);
     PrintLine(QStringLiteral("downloading %1 recordings to %2")
                   .arg(input.Records().size())
-                  .arg(Printable(options.input.strFolder)));
+                  .arg(Printable(options.client.input.strFolder)));
     PrintExpectations(input.Records());
     const ExitStatus status = run.Execute();
     plugin.Close();
@@ -117,24 +76,18 @@ ExitStatus Judge(const QVector<Outcome>& outcomes)
 
 int Run(const DownloadOptions& options)
 {
-    QString strError;
     DownloadInput input;
     QSaveFile report;
-    if (!OpenReport(options.strJsonFile, report) || !StartLogFile(options.strLogFile))
+    if (!OpenReport(options.strJsonFile, report) || !StartLogFile(options.client.strLogFile) ||
+        !SetUpClient(options.client, input))
         return InputError;
-    if (!input.Read(options.input, strError) || !KXHost::OpenResourceDb(options.strDatabaseFile, &strError)) {
-        PrintError(strError);
-        return InputError;
-    }
-    HideSecrets(input);
-    KXHost::Configure(input.Settings());
 
     QVector<Outcome> outcomes;
     const ExitStatus status = Download(options, input, outcomes);
     if (status == PluginError)
         return status;
     TellFailures(outcomes, status);
-    PrintReport(outcomes, options.input.strFolder);
+    PrintReport(outcomes, options.client.input.strFolder);
     if (!WriteReport(outcomes, report))
         return InputError;
     return status == AllWhole ? Judge(outcomes) : status;

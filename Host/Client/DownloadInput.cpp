@@ -4,6 +4,7 @@
 #include "Host/Client/JsonReading.h"
 #include "Host/Site/Site.h"
 
+#include <QtCore/QDir>
 #include <QtCore/QJsonDocument>
 
 namespace KXClient {
@@ -30,6 +31,7 @@ DownloadInput::~DownloadInput() = default;
 
 bool DownloadInput::Read(const InputOptions& options, QString& strError)
 {
+    m_strFolder = options.strFolder;
     const bool bNeedsSite = options.strConfigFile.isEmpty() || options.strRecordsFile.isEmpty();
     if (!bNeedsSite && (!options.faults.isEmpty() || options.bDifficultCases)) {
         strError = QStringLiteral("--fault and --difficult are for the embedded site, which --config and --records "
@@ -42,6 +44,15 @@ bool DownloadInput::Read(const InputOptions& options, QString& strError)
     if (!options.strConfigFile.isEmpty() && !InFile(options.strConfigFile, strError, readConfig))
         return false;
     return ReadRecordList(options, strError) && CheckSources(strError);
+}
+
+void DownloadInput::MoveTargets(const QString& strFolder)
+{
+    const QDir from(m_strFolder);
+    const QDir to(strFolder);
+    for (const RequestedRecord& request : m_records)
+        request.pRecord->strDownloadPath = to.filePath(from.relativeFilePath(request.pRecord->strDownloadPath));
+    m_strFolder = strFolder;
 }
 
 bool DownloadInput::StartSite(const InputOptions& options, QString& strError)

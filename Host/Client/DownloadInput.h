@@ -37,12 +37,16 @@ public:
     const KXHost::Settings& Settings() const { return m_settings; }
     const QVector<RequestedRecord>& Records() const { return m_records; }
 
+    // Puts every target into another folder, under the name that it has in the present one.
+    void MoveTargets(const QString& strFolder);
+
 private:
     bool StartSite(const InputOptions& options, QString& strError);
     bool ReadRecordList(const InputOptions& options, QString& strError);
     bool CheckSources(QString& strError) const;
 
     std::unique_ptr<KXHost::Site> m_pSite;
+    QString m_strFolder; // that the targets are in
     KXHost::Settings m_settings;
     QVector<RequestedRecord> m_records;
 };

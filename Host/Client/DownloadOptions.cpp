@@ -3,7 +3,6 @@
 #include "Host/Client/CommandLine.h"
 #include "Host/Client/Console.h"
 #include "Host/Client/ExitStatus.h"
-#include "Host/Client/PluginHost.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
@@ -26,19 +25,10 @@ void AddOptions(CommandLine& line)
     const auto add = [&line](const char* pszName, const char* pszValue, const char* pszPurpose) {
         line.Add(QLatin1String(pszName), QLatin1String(pszValue), QLatin1String(pszPurpose));
     };
-    add("config", "FILE", "JSON object: where each source is, and the device passwords.");
-    add("records", "FILE", "JSON array of the records to download, keyed by the record's field names.");
     add("out", "DIR", "Download folder; without it a new one in the user's download folder.");
-    add("plugin", "FILE", "The plug-in library; without it the one beside this program.");
     add("json", "FILE", "Write the result to this file, too.");
     add("timeout", "SECONDS", "Give up after so long; without it when nothing arrives for 600 seconds.");
-    add("log", "FILE", "Log file; without it DIR/.kxclient/kxclient.log.");
-    add("db", "FILE", "Resource database; without it DIR/.kxclient/resources.db.");
-    line.Add(QStringLiteral("fault"), QStringLiteral("NAME[=VALUE]"),
-             QStringLiteral("Let the embedded site misbehave (see kxclient serve --help); may be given several times."),
-             true);
-    line.AddFlag(QStringLiteral("difficult"),
-                 QStringLiteral("Let the embedded site offer the recordings that need recovery or must fail instead."));
+    AddClientOptions(line, QStringLiteral("DIR/.kxclient"));
 }
 
 // Makes the download folder and a place in it for what the client keeps; an empty text, the reason printed, on failure.
@@ -63,21 +53,11 @@ std::optional<DownloadOptions> OptionsOf(const CommandLine& line)
         if (!options.iTimeoutSeconds)
             return std::nullopt;
     }
-    options.input.strFolder = MadeFolder(line.Value(QStringLiteral("out")));
-    if (options.input.strFolder.isEmpty())
+    const QString strFolder = MadeFolder(line.Value(QStringLiteral("out")));
+    if (strFolder.isEmpty())
         return std::nullopt;
-    const auto valueOr = [&line](const QString& strName, const QString& strDefault) {
-        return line.IsSet(strName) ? line.Value(strName) : strDefault;
-    };
-    const QString strState = options.input.strFolder + QLatin1String("/.kxclient/");
-    options.input.strConfigFile = line.Value(QStringLiteral("config"));
-    options.input.strRecordsFile = line.Value(QStringLiteral("records"));
-    options.input.faults = line.Values(QStringLiteral("fault"));
-    options.input.bDifficultCases = line.IsSet(QStringLiteral("difficult"));
-    options.strPluginFile = valueOr(QStringLiteral("plugin"), PluginHost::DefaultFile());
+    options.client = ReadClientOptions(line, strFolder, strFolder + QLatin1String("/.kxclient"));
     options.strJsonFile = line.Value(QStringLiteral("json"));
-    options.strLogFile = valueOr(QStringLiteral("log"), strState + QLatin1String("kxclient.log"));
-    options.strDatabaseFile = valueOr(QStringLiteral("db"), strState + QLatin1String("resources.db"));
     return options;
 }
 

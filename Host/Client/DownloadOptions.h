@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/Client/DownloadInput.h"
+#include "Host/Client/ClientSetup.h"
 
 #include <QtCore/QString>
 #include <QtCore/QStringList>
@@ -13,11 +13,8 @@ namespace KXClient {
 // What the command line of "download" says, with every default filled in.
 struct DownloadOptions
 {
-    InputOptions input;
-    QString strPluginFile;
+    ClientOptions client;
     QString strJsonFile;
-    QString strLogFile;
-    QString strDatabaseFile;
     std::optional<int> iTimeoutSeconds;
 };
 

@@ -50,6 +50,14 @@ ExitStatus DownloadRun::Execute()
     return *m_end;
 }
 
+QVector<Outcome> DownloadRun::Outcomes() const
+{
+    QVector<Outcome> outcomes = m_outcomes;
+    for (int iIndex = 0; iIndex < outcomes.size(); ++iIndex)
+        outcomes[iIndex].task = m_session.Tasks().at(iIndex);
+    return outcomes;
+}
+
 void DownloadRun::OnSettled(int iIndex)
 {
     m_sinceActivity.start();

@@ -29,7 +29,7 @@ public:
     // Gives AllWhole when everything settled, however it ended; otherwise why it did not.
     ExitStatus Execute();
     // In the order of the records.
-    QVector<Outcome> Outcomes() const { return m_outcomes; }
+    QVector<Outcome> Outcomes() const;
 
 private:
     void OnSettled(int iIndex);

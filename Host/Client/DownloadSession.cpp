@@ -8,6 +8,8 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
+#include <numeric>
+
 namespace KXClient {
 
 namespace {
@@ -38,34 +40,53 @@ TaskState StateOf(int iCode, bool bReget)
 
 DownloadSession::DownloadSession(const QVector<RequestedRecord>& records, QObject* pParent)
     : QObject(pParent)
-    , m_iOutstanding(records.size())
 {
     m_tasks.reserve(records.size());
     for (const RequestedRecord& request : records) {
         m_indexes.insert({request.pRecord->iRecordType, request.pRecord->strRecordId}, m_tasks.size());
-        m_tasks.append(Task{request, TaskState::Outstanding, QString(), 0});
+        m_tasks.append(Task{request, TaskState::NotAsked, QString(), 0});
     }
     GKXObserver::attach(HostEvents::DownloadRecordStates, this, SLOT(OnDownloadRecordStates(QVariantList)));
 }
 
 void DownloadSession::Send(const QString& strFolder)
 {
+    QVector<int> indexes(m_tasks.size());
+    std::iota(indexes.begin(), indexes.end(), 0);
+    Send(strFolder, indexes);
+}
+
+void DownloadSession::Send(const QString& strFolder, const QVector<int>& indexes)
+{
     m_clock.start();
+    for (int iIndex : indexes) {
+        m_iOutstanding += m_tasks.at(iIndex).state == TaskState::Outstanding ? 0 : 1;
+        m_tasks[iIndex].state = TaskState::Outstanding;
+        m_tasks[iIndex].strPath.clear();
+    }
     GKXObserver::notify(HostEvents::DownloadRecordPath, QVariantList{strFolder});
     for (int iType = KXDownLoadList::CloudRecord; iType <= KXDownLoadList::LanModuleRecord; ++iType) {
-        const QByteArray records = Serialized(iType);
+        const QByteArray records = Serialized(iType, indexes);
         if (!records.isEmpty())
             GKXObserver::notify(HostEvents::DownloadRecordList, QVariantList{records, iType});
     }
 }
 
-QByteArray DownloadSession::Serialized(int iRecordType) const
+void DownloadSession::Forget(int iIndex)
+{
+    Task& task = m_tasks[iIndex];
+    m_iOutstanding -= task.state == TaskState::Outstanding ? 1 : 0;
+    task.state = TaskState::NotAsked;
+}
+
+QByteArray DownloadSession::Serialized(int iRecordType, const QVector<int>& indexes) const
 {
     QByteArray records;
     QDataStream stream(&records, QIODevice::WriteOnly);
-    for (const Task& task : m_tasks) {
-        if (task.request.pRecord->iRecordType == iRecordType)
-            task.request.pRecord->Serialize(stream);
+    for (int iIndex : indexes) {
+        const auto& record = *m_tasks.at(iIndex).request.pRecord;
+        if (record.iRecordType == iRecordType)
+            record.Serialize(stream);
     }
     return records;
 }
@@ -80,23 +101,26 @@ void DownloadSession::OnDownloadRecordStates(QVariantList list)
     const QJsonObject state = QJsonDocument::fromJson(list.value(0).toString().toUtf8()).object();
     const int iIndex =
         IndexOf(state.value(HostEvents::KeyRecordType).toInt(-1), state.value(HostEvents::KeyRecordId).toString());
-    if (iIndex < 0 || m_tasks.at(iIndex).state != TaskState::Outstanding)
+    if (iIndex < 0)
         return;
     TaskState reached = StateOf(state.value(HostEvents::KeyCode).toInt(-1), state.value(HostEvents::KeyReget).toBool());
     const auto& record = *m_tasks.at(iIndex).request.pRecord;
     if (reached == TaskState::Refused && !KXHost::WasTransferStarted(record.iRecordType, record.strRecordId))
         reached = TaskState::Dropped;
-    if (reached != TaskState::Outstanding)
+    // The first end counts, unless the user had it retried and it arrived after all.
+    const TaskState known = m_tasks.at(iIndex).state;
+    const bool bArrived = reached == TaskState::Finished && known != TaskState::Finished;
+    if (bArrived || (reached != TaskState::Outstanding && known == TaskState::Outstanding))
         Settle(iIndex, reached, state.value(HostEvents::KeyDownloadPath).toString());
 }
 
 void DownloadSession::Settle(int iIndex, TaskState state, const QString& strPath)
 {
     Task& task = m_tasks[iIndex];
+    m_iOutstanding -= task.state == TaskState::Outstanding ? 1 : 0;
     task.state = state;
     task.strPath = strPath;
     task.lMilliseconds = m_clock.elapsed();
-    --m_iOutstanding;
     emit SignalSettled(iIndex);
 }
 

@@ -9,6 +9,7 @@ enum ExitStatus {
     InputError = 2,  // command line, configuration or records; nothing was downloaded
     PluginError = 3, // the plug-in cannot be loaded or started
     TimedOut = 4,
+    NoDisplay = 5, // no window can be shown
     Interrupted = 130,
 };
 

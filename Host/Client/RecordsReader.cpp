@@ -106,6 +106,7 @@ QString ReadRecord(const Json& json, const QString& strPath, const QString& strF
     request.pRecord = TakeRecord[iType](reader);
     TakeSha256(reader, request);
     TakeExpectation(reader, request);
+    reader.Take("thumbnail", request.strThumbnailUrl);
     reader.RefuseTheRest();
     CheckId(reader, *request.pRecord);
     CheckTime(reader, "strStartTime", request.pRecord->strStartTime);

@@ -23,11 +23,12 @@ struct RequestedRecord
     DownloadRecordInfoPtr pRecord;
     QString strSha256; // of the recording, lower case hex; empty when it is not known
     Expectation expectation = Expectation::Finished;
+    QString strThumbnailUrl; // picture of a device's recording; empty when there is none
 };
 
-// Reads a JSON array of objects whose keys are the names of the record's fields, and "sha256" and "expect". A relative
-// target is put under `strFolder`; a target outside of it is an error. False, and the reason with index and key of the
-// record, when anything is no good.
+// Reads a JSON array of objects whose keys are the names of the record's fields, and "sha256", "expect" and
+// "thumbnail". A relative target is put under `strFolder`; a target outside of it is an error. False, and the reason
+// with index and key of the record, when anything is no good.
 bool ReadRecords(const QByteArray& text, const QString& strFolder, QVector<RequestedRecord>& records,
                  QString& strError);
 

@@ -87,6 +87,7 @@ bool Outcome::IsAsExpected() const
 QString Outcome::StateText() const
 {
     switch (task.state) {
+    case TaskState::NotAsked:
     case TaskState::Outstanding:
         return QStringLiteral("not finished");
     case TaskState::Failed:

@@ -7,23 +7,32 @@
 
 #include <QtWidgets/QApplication>
 
+#include <cstdlib>
 #include <memory>
 
 using namespace KXClient;
 
 namespace {
 
+enum class Display {
+    None,
+    Hidden, // the plug-in has widgets, also when nobody sees them
+    Shown,
+};
+
 struct SubCommand
 {
     const char* pszName;
     const char* pszPurpose;
-    bool bWidgets; // the plug-in's are widgets, also when nobody sees them
+    Display display;
     int (*pRun)(const QStringList& arguments);
 };
 
 constexpr SubCommand SubCommands[] = {
-    {"download", "download recordings without a window and check what arrived", true, RunDownload},
-    {"serve", "run the embedded site alone", false, RunServe},
+    {"download", "download recordings without a window and check what arrived", Display::Hidden, RunDownload},
+    {"gui", "open the window", Display::Shown, RunGui},
+    {"screenshot", "write a picture of the window in the middle of downloads", Display::Shown, RunScreenshot},
+    {"serve", "run the embedded site alone", Display::None, RunServe},
 };
 
 const SubCommand* Find(const QString& strName)
@@ -35,21 +44,42 @@ const SubCommand* Find(const QString& strName)
     return nullptr;
 }
 
-std::unique_ptr<QCoreApplication> MakeApplication(bool bWidgets, int& iCount, char** ppArguments)
+// While the application is made: Qt's last words about the display, which it gives up with the whole process.
+bool g_bConnecting = false;
+QString g_strDisplayProblem;
+
+// Qt aborts where it finds no display; a program that cannot show a window says so and ends.
+[[noreturn]] void EndWithoutDisplay(const QString& strMessage)
 {
-    if (!bWidgets)
-        return std::make_unique<QCoreApplication>(iCount, ppArguments);
-    qputenv("QT_QPA_PLATFORM", "offscreen"); // no window is shown
-    return std::make_unique<QApplication>(iCount, ppArguments);
+    const QString strReason =
+        g_strDisplayProblem.isEmpty() ? strMessage.section(QLatin1Char('\n'), 0, 0) : g_strDisplayProblem;
+    PrintError(QStringLiteral("no window can be shown: ") + strReason);
+    std::_Exit(NoDisplay);
 }
 
 // What Qt and the plug-in say to Qt's own output goes to the log: standard error is for failures.
 void LogQtMessage(QtMsgType type, const QMessageLogContext& context, const QString& strMessage)
 {
+    if (g_bConnecting && type == QtFatalMsg)
+        EndWithoutDisplay(strMessage);
+    if (g_bConnecting && g_strDisplayProblem.isEmpty())
+        g_strDisplayProblem = strMessage;
     const int iLevel = type == QtDebugMsg || type == QtInfoMsg ? 2 : type == QtWarningMsg ? 4 : FailureLevel;
     ktl::TPrintLog::instance()->Log(context.file ? context.file : "Qt", context.line,
                                     context.function ? context.function : "", "Qt", iLevel, "%s",
                                     strMessage.toUtf8().constData());
+}
+
+std::unique_ptr<QCoreApplication> MakeApplication(Display display, int& iCount, char** ppArguments)
+{
+    if (display == Display::None)
+        return std::make_unique<QCoreApplication>(iCount, ppArguments);
+    if (display == Display::Hidden)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    g_bConnecting = true;
+    auto pApplication = std::make_unique<QApplication>(iCount, ppArguments);
+    g_bConnecting = false;
+    return pApplication;
 }
 
 void StartLog()
@@ -58,6 +88,13 @@ void StartLog()
     settings.iConsoleLevel = FailureLevel;
     KXHost::SetLogSettings(settings);
     qInstallMessageHandler(LogQtMessage);
+}
+
+// Help can be read anywhere.
+Display DisplayOf(const SubCommand* pCommand, const QStringList& arguments)
+{
+    const bool bHelp = arguments.contains(QLatin1String("--help")) || arguments.contains(QLatin1String("-h"));
+    return !pCommand || bHelp ? Display::None : pCommand->display;
 }
 
 QString Usage()
@@ -91,7 +128,7 @@ int main(int argc, char** argv)
     const QStringList arguments = Arguments(argc, argv);
     const SubCommand* pCommand = Find(arguments.value(0));
     int iProgramOnly = 1;
-    const auto pApplication = MakeApplication(pCommand && pCommand->bWidgets, iProgramOnly, argv);
+    const auto pApplication = MakeApplication(DisplayOf(pCommand, arguments), iProgramOnly, argv);
     QCoreApplication::setApplicationName(QStringLiteral("kxclient"));
     return pCommand ? pCommand->pRun(arguments.mid(1)) : RunWithoutCommand(arguments.value(0));
 }

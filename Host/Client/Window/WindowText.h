@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QtCore/QString>
+
+namespace KXClient {
+
+// What the window itself says; the plug-in has words of its own. The words stand in one table, in WindowText.cpp.
+enum class Word {
+    AppTitle,
+    About,
+    AboutText,
+    CancelQuit,
+    ChangeFolder,
+    ChooseFolder,
+    ChooseFolderTitle,
+    ClearRecent,
+    ColumnLength,
+    ColumnName,
+    ColumnRecorded,
+    ColumnSize,
+    ColumnState,
+    DarkColours,
+    DarkLater,
+    Download,
+    DownloadSelected,
+    FolderFailed,
+    FolderLabel,
+    MenuDownloads,
+    MenuFolder,
+    MenuHelp,
+    MenuLanguage,
+    MenuView,
+    NoRecent,
+    OpenFolder,
+    OpenFolderFailed,
+    Quit,
+    QuitAnyway,
+    QuitDetail,
+    QuitQuestion,
+    Recent,
+    Recordings,
+    SelectAll,
+    SelectNone,
+    Selected,
+    SourceCloud,
+    SourceDevice,
+    SourceIotLan,
+    SourceLanModule,
+    StateDamaged,
+    StateDropped,
+    StateFailed,
+    StateInList,
+    StateRefused,
+    StateWhole,
+    Status,
+};
+
+QString Say(Word word);
+
+} // namespace KXClient
