@@ -4,6 +4,12 @@
 #                             refused and recovered, encrypted, with covers of every kind. Some of those must fail: which
 #                             is said before they start and once more below their table.
 #   ./run.sh OPTION...        one run of "kxclient download" with these options (see kxclient download --help)
+#   ./run.sh --gui [OPTION...]
+#                             opens the window: choose recordings, download them, watch the plug-in's panel (see
+#                             kxclient gui --help)
+#   ./run.sh --screenshot FILE.png [OPTION...]
+#                             writes a picture of the window in the middle of downloads; needs no display (see kxclient
+#                             screenshot --help)
 # The status is 0 when every recording ended as it must. The recordings go to build/demo/downloads and
 # build/demo/difficult, which are emptied before, unless --out says otherwise. Two names of the ordinary list are taken
 # there already: those files must stay as they are.
@@ -14,7 +20,9 @@ root=$PWD
 # shellcheck source=Tools/quiet.sh
 source Tools/quiet.sh
 
-Tools/setup.sh build
+packages=(build)
+[[ ${1:-} != --screenshot ]] || packages+=(picture)
+Tools/setup.sh "${packages[@]}"
 if [[ ! -e build/release/build.ninja ]]; then
     echo "building (a few minutes the first time; what the build says is in build/demo)"
     quiet build/demo/configure.log cmake --preset release
@@ -22,6 +30,17 @@ fi
 quiet build/demo/build.log cmake --build --preset release --target kxclient KXRecordManage
 
 client=$root/build/release/bin/kxclient
+case ${1:-} in
+    --gui)
+        cd "$caller"
+        exec "$client" gui "${@:2}"
+        ;;
+    --screenshot)
+        cd "$caller"
+        QT_QPA_PLATFORM=xcb exec xvfb-run --auto-servernum --server-args="-screen 0 1600x1000x24" \
+            "$client" screenshot --to "${@:2}"
+        ;;
+esac
 for option in "$@"; do
     case $option in
         --out | --out=* | -out | -out=* | --help | -h)

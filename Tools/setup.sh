@@ -2,7 +2,8 @@
 # Installs the Debian 12 packages that this tree needs; says nothing when all are there.
 #   Tools/setup.sh            to build, run and test
 #   Tools/setup.sh GROUP...   one or more of: build, checks (second compiler, static checks), bench, unpack (an archive),
-#                             tsan (Qt from its source packages), windows (cross compiler, Wine, a display)
+#                             picture (a display without a screen, fonts), tsan (Qt from its source packages),
+#                             windows (cross compiler, Wine, a display)
 set -euo pipefail
 
 build=(
@@ -14,6 +15,7 @@ build=(
 checks=(clang clang-tidy clang-format shellcheck)
 bench=(curl)
 unpack=(xz-utils)
+picture=(xvfb xauth fonts-dejavu-core fonts-wqy-microhei)
 tsan=(dpkg-dev make perl tcl libfontconfig-dev libfreetype-dev zlib1g-dev)
 windows=(
     g++-mingw-w64-x86-64-posix libgcrypt-mingw-w64-dev libgpg-error-mingw-w64-dev libz-mingw-w64-dev
@@ -27,10 +29,11 @@ for group in "${@:-build}"; do
         checks) wanted+=("${checks[@]}") ;;
         bench) wanted+=("${bench[@]}") ;;
         unpack) wanted+=("${unpack[@]}") ;;
+        picture) wanted+=("${picture[@]}") ;;
         tsan) wanted+=("${tsan[@]}") ;;
         windows) wanted+=("${windows[@]}") ;;
         *)
-            echo "Tools/setup.sh: no group \"$group\" (there are build, checks, bench, unpack, tsan, windows)" >&2
+            echo "Tools/setup.sh: no group \"$group\" (there are build, checks, bench, unpack, picture, tsan, windows)" >&2
             exit 2
             ;;
     esac
