@@ -149,7 +149,7 @@ void RecordDownloadModule::ReceiveRecords(const QByteArray& bytes)
         pTask->strFileName = QFileInfo(pTask->strDownloadPath).fileName();
         pTask->strDownloadPath = MakeUniqueFilePath(pTask->strDownloadPath);
         m_promisedPaths.Hold(pTask);
-        AddDownloadRecord(pTask);
+        AddDownloadRecord(pTask, false);
     }
 }
 
@@ -159,12 +159,12 @@ void RecordDownloadModule::StartRecordDownloads(const QList<DownloadRecordInfoPt
         if (m_promisedPaths.IsTaken(pTask->strDownloadPath, pTask))
             pTask->strDownloadPath = MakeUniqueFilePath(pTask->strDownloadPath);
         m_promisedPaths.Hold(pTask);
-        AddDownloadRecord(pTask);
+        AddDownloadRecord(pTask, true);
     }
     m_mapNextCounter.clear();
 }
 
-void RecordDownloadModule::AddDownloadRecord(const DownloadRecordInfoPtr& pTask)
+void RecordDownloadModule::AddDownloadRecord(const DownloadRecordInfoPtr& pTask, bool bHasRow)
 {
     const Source* pSource = SourceOf(pTask->iRecordType);
     if (!pSource)
@@ -175,7 +175,7 @@ void RecordDownloadModule::AddDownloadRecord(const DownloadRecordInfoPtr& pTask)
     if (isListed())
         return;
     if (pSource->iRecordType == CloudRecord) {
-        AddCloudRecord(pTask);
+        AddCloudRecord(pTask, bHasRow);
         return;
     }
     const quint64 uClears = m_uClears;
@@ -187,7 +187,7 @@ void RecordDownloadModule::AddDownloadRecord(const DownloadRecordInfoPtr& pTask)
 }
 
 // A cloud task is held until its password or else its picture is settled.
-void RecordDownloadModule::AddCloudRecord(const DownloadRecordInfoPtr& pTask)
+void RecordDownloadModule::AddCloudRecord(const DownloadRecordInfoPtr& pTask, bool bHasRow)
 {
     const auto isThis = [&pTask](const DownloadRecordInfo& record) { return &record == pTask.get(); };
     if (m_listPendingCloudRecord.FindIf(pTask->strRecordId, isThis))
@@ -199,7 +199,7 @@ void RecordDownloadModule::AddCloudRecord(const DownloadRecordInfoPtr& pTask)
     if (!pRecord->strCloudText2.isEmpty() && !pRecord->strText1.isEmpty())
         RequestCloudPassword(*pRecord);
     else
-        RequestCloudPicture(*pRecord);
+        RequestCloudPicture(*pRecord, bHasRow);
 }
 
 void RecordDownloadModule::PauseRecordDownloads(const QList<DownloadRecordInfoPtr>& list)

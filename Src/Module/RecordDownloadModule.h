@@ -128,6 +128,7 @@ private:
         QString strPictureKey;
         QString strDownloadPath;
         QString strKeyText;
+        bool bHasRow;
     };
     // The requests for one URL, oldest first; the first `iDecrypting` of them are with the decrypter.
     struct CloudPictures
@@ -140,8 +141,9 @@ private:
     void RegisterWithHost();
     template <class Record>
     void ReceiveRecords(const QByteArray& bytes);
-    void AddDownloadRecord(const DownloadRecordInfoPtr& pTask);
-    void AddCloudRecord(const DownloadRecordInfoPtr& pTask);
+    // `bHasRow`: the panel shows the task already.
+    void AddDownloadRecord(const DownloadRecordInfoPtr& pTask, bool bHasRow);
+    void AddCloudRecord(const DownloadRecordInfoPtr& pTask, bool bHasRow);
     void ClearAllDownloads();
     bool IsInDownloadList(int iRecordType, const QString& strRecordId) const;
 
@@ -194,7 +196,7 @@ private:
     void RegisterFinishedFile(const Source& source, const QString& strRecordId);
 
     // Pictures
-    void RequestCloudPicture(const KXDownLoadList::DownloadCloudRecordInfo& record);
+    void RequestCloudPicture(const KXDownLoadList::DownloadCloudRecordInfo& record, bool bHasRow);
     void PictureReady(const CloudPictureInfo& info, const QString& strPath);
     void DropWrongKeyTask(const CloudPictureInfo& info);
     DownloadRecordInfoPtr HeldTask(const CloudPictureInfo& info) const;

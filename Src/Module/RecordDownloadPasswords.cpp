@@ -172,7 +172,7 @@ void RecordDownloadModule::ReleaseWithPassword(const QString& strRecordId, const
     m_listWaitCloudRecord.Append(pTask);
     emit SignalAddDownloadInfo(pTask);
     if (const auto pRecord = std::dynamic_pointer_cast<DownloadCloudRecordInfo>(pTask))
-        RequestCloudPicture(*pRecord);
+        RequestCloudPicture(*pRecord, true);
     m_listPendingCloudRecord.RemoveTask(pTask);
     StartNextCloudDownload();
 }

@@ -17,11 +17,12 @@ constexpr int Refused = 3;  // state code of a task whose picture key is wrong
 
 } // namespace
 
-void RecordDownloadModule::RequestCloudPicture(const DownloadCloudRecordInfo& record)
+void RecordDownloadModule::RequestCloudPicture(const DownloadCloudRecordInfo& record, bool bHasRow)
 {
     const QString strUrl = record.strCloudText1;
     m_mapCloudPicture[strUrl].infos.append({record.strRecordId, record.strDeviceId, record.strText1, record.strPassword,
-                                            record.strCloudText4, record.strDownloadPath, record.strCloudText2});
+                                            record.strCloudText4, record.strDownloadPath, record.strCloudText2,
+                                            bHasRow});
     if (m_pPictureDownloader) {
         m_pPictureDownloader->get(strUrl);
         return;
@@ -97,13 +98,18 @@ void RecordDownloadModule::PictureReady(const CloudPictureInfo& info, const QStr
     StartNextCloudDownload();
 }
 
+// The row of a task that was resumed would wait for ever if it were not told, too.
 void RecordDownloadModule::DropWrongKeyTask(const CloudPictureInfo& info)
 {
     const DownloadRecordInfoPtr pTask = HeldTask(info);
     if (!pTask)
         return;
     NotifyState(StateEventOf(*pTask, Refused));
+    if (HeldTask(info) != pTask)
+        return; // the client paused or deleted it when it heard of the state
     m_listPendingCloudRecord.RemoveTask(pTask);
+    if (info.bHasRow)
+        emit SignalDownloadRecordStates(info.strRecordId, Refused, false);
 }
 
 // Each task has a target path of its own, also where record ids repeat.

@@ -21,6 +21,8 @@ private slots:
     void AClearPictureReleasesAHeldTask();
     void AClearPictureOfAListedTaskGoesToItsRow();
     void AWrongKeyDropsAHeldTask();
+    void AWrongKeyFailsTheRowOfAResumedTask();
+    void ARowPausedWhenItsWrongKeyIsToldStaysPaused();
     void AWrongKeyIsOnlyLoggedForAListedTask();
     void AnotherFailureReleasesAHeldTask_data();
     void AnotherFailureReleasesAHeldTask();
@@ -65,6 +67,14 @@ void SendListed(EngineRig& rig)
 void SendHeld(EngineRig& rig)
 {
     rig.SendOne(Covered(rig, "1"));
+}
+
+// A task that has its row, because its picture failed the first time, and was paused then.
+void SendPaused(EngineRig& rig)
+{
+    SendHeld(rig);
+    rig.World().Pictures().AnswerFailed("cover");
+    rig.Engine().PauseRecordDownloads(Rows(rig, {"1"}));
 }
 
 // The host serves the picture and decrypts it with that result; the engine has acted on it when this returns.
@@ -200,6 +210,30 @@ void PictureTest::AWrongKeyDropsAHeldTask()
     rig.World().Cloud().RaisePassword(1, "canary-secret", {"SN-1", -1, "1", ""}); // it is held no longer
     rig.Settle();
     QCOMPARE(Told(rig), Texts({}));
+}
+
+void PictureTest::AWrongKeyFailsTheRowOfAResumedTask()
+{
+    EngineRig rig;
+    SendPaused(rig);
+    rig.Engine().StartRecordDownloads(Rows(rig, {"1"}));
+    Settle(rig, 2);
+    QCOMPARE(Told(rig), Texts({"DecryptPicture ZW5jcnlwdGVk", "notify EventNotifyDownloadRecordStates",
+                               "SignalDownloadRecordStates 1 3 false"}));
+    rig.Calls().Clear();
+    rig.Engine().StartRecordDownloads(Rows(rig, {"1"})); // tried again
+    QCOMPARE(Told(rig), Texts({"get cover"}));
+}
+
+void PictureTest::ARowPausedWhenItsWrongKeyIsToldStaysPaused()
+{
+    EngineRig rig;
+    SendPaused(rig);
+    rig.Engine().StartRecordDownloads(Rows(rig, {"1"}));
+    rig.Calls().WhenAdded("notify EventNotifyDownloadRecordStates",
+                          [&rig] { rig.Engine().PauseRecordDownloads(Rows(rig, {"1"})); });
+    Settle(rig, 2);
+    QCOMPARE(Told(rig), Texts({"DecryptPicture ZW5jcnlwdGVk", "notify EventNotifyDownloadRecordStates"}));
 }
 
 void PictureTest::AWrongKeyIsOnlyLoggedForAListedTask()

@@ -21,7 +21,7 @@ public:
     void get(const QString& strUrl) override;
 
     // From now on every get is answered by itself, as failed, with the next turn of the event loop.
-    void FailAll() { m_bFailAll = true; }
+    void FailAll(bool bFails = true) { m_bFailAll = bFails; }
     // Tells the listener on the thread that attached it: at once when that is the current one, otherwise queued.
     void Answer(const char* pszUrl, int iResult, const QString& strLocalPath);
     void AnswerFailed(const char* pszUrl) { Answer(pszUrl, 1, QString()); }

@@ -23,6 +23,7 @@ private slots:
     void AMissingPictureEmptiesTheRowsPath();
     void OnlyDeviceRowsTakeTheirThumbnail();
     void ACloudPictureIsTakenAsItComes();
+    void AResumedRowWhosePictureKeyIsWrongShowsFailed();
     void ThePanelMayGoWhileThumbnailsAreQueued();
 
 private:
@@ -161,6 +162,23 @@ void PanelPicturesTest::ACloudPictureIsTakenAsItComes()
     QCOMPARE(rig.Record("7").strPicturePath, QStringLiteral("/cover.jpg"));
     QCOMPARE(rig.Record("8").strPicturePath, QString());
     QCOMPARE(PanelLog(rig.World()), Texts({}));
+}
+
+void PanelPicturesTest::AResumedRowWhosePictureKeyIsWrongShowsFailed()
+{
+    PanelRig rig;
+    rig.Show();
+    rig.Send("EventNotifyDownloadRecordList",
+             {EngineRig::Stream<DownloadCloudRecordInfo>({*rig.Made<DownloadCloudRecordInfo>("7", 0)}), 0});
+    rig.Press("7", PanelRig::StateButton);
+    QCOMPARE(rig.StateOf("7"), 5);
+    rig.World().Pictures().FailAll(false);
+    rig.Press("7", PanelRig::StateButton);
+    QCOMPARE(rig.StateOf("7"), 0);
+    rig.World().Cloud().QueueDecryption(2, QByteArray());
+    rig.World().Pictures().AnswerWithFile("", "encrypted");
+    QTRY_COMPARE(rig.StateOf("7"), 3);
+    QCOMPARE(rig.Calls().Short("Start"), Texts({"StartCloudRecordDownload 7"})); // before it was paused
 }
 
 void PanelPicturesTest::ThePanelMayGoWhileThumbnailsAreQueued()
