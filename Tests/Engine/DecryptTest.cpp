@@ -20,6 +20,7 @@ private slots:
     void TheHostGetsTheFileAndTheJobsTexts();
     void TheClearPictureIsSavedBesideTheRecording_data();
     void TheClearPictureIsSavedBesideTheRecording();
+    void ThePictureIsSavedWithTheDefaultQuality();
     void APathWithoutSuffixIsUsedUnchanged();
     void AReceivedRecordingIsNotOverwritten();
     void AFailureIsPassedOnAndSavesNothing_data();
@@ -30,6 +31,7 @@ private slots:
     void AClearPictureThatIsNoneIsNotSaved();
     void JobsQueuedTogetherRunBackToBackInOrder();
     void AllJobsRunOnOneThreadOneAfterTheOther();
+    void TheThreadTakesOverThePriorityOfItsStarter();
     void AnIdleThreadWakesForAJob();
     void StopLetsTheRunningJobEndAndDropsTheOthers();
     void StopAndStartMayBeRepeated();
@@ -39,19 +41,19 @@ private slots:
 
 namespace {
 
-// A whole and valid picture of 81 megapixels, of few bytes as all its pixels are equal.
-QByteArray HugePng()
+// A whole and valid picture of 81 megapixels.
+QByteArray Huge(const char* pszFormat)
 {
     QImage image(9000, 9000, QImage::Format_Mono);
     image.fill(0);
-    return Encoded(image, "PNG");
+    return Encoded(image, pszFormat);
 }
 
-// Declares 60,000 times 60,000 pixels: 14 GB when decoded.
-QByteArray HugeBmp()
+// A small bitmap that declares another width and height; 60,000 times 60,000 pixels are 14 GB when decoded.
+QByteArray Bmp(const char* pszSizeHex)
 {
     QByteArray bytes = Small("BMP");
-    bytes.replace(18, 8, QByteArray::fromHex("60ea000060ea0000"));
+    bytes.replace(18, 8, QByteArray::fromHex(pszSizeHex));
     return bytes;
 }
 
@@ -152,6 +154,22 @@ void DecryptTest::TheClearPictureIsSavedBesideTheRecording()
     QVERIFY(qAbs(saved.pixelColor(2, 2).red() - 200) < 16 && qAbs(saved.pixelColor(2, 2).green() - 40) < 16);
 }
 
+// The first values of a JPEG's quantisation table at quality 75, which is libjpeg's default.
+void DecryptTest::ThePictureIsSavedWithTheDefaultQuality()
+{
+    Rig rig;
+    rig.World().Cloud().QueueDecryption(0, Small("PNG"));
+    rig.Decrypt().Start();
+    rig.Enqueue("url");
+    QTRY_COMPARE(rig.Finished(), Texts({"Finished 0 url ~/1.jpg"}));
+    QFile file(rig.World().Path("1.jpg"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    QCOMPARE(bytes.mid(bytes.indexOf(QByteArray::fromHex("ffdb")), 13).toHex(), QByteArray("ffdb0043"
+                                                                                           "00"
+                                                                                           "0806060706050807"));
+}
+
 void DecryptTest::APathWithoutSuffixIsUsedUnchanged()
 {
     Rig rig;
@@ -234,8 +252,18 @@ void DecryptTest::AClearPictureThatIsNoneIsNotSaved_data()
     QTest::newRow("a signature only") << Small("PNG").left(8);
     QTest::newRow("cut in its header") << Small("PNG").left(24);
     QTest::newRow("a JPEG cut in its header") << Small("JPG").left(20);
-    QTest::newRow("a PNG of 81 megapixels") << HugePng();
-    QTest::newRow("a BMP of 3.6 gigapixels") << HugeBmp();
+    QTest::newRow("a PNG of 81 megapixels") << Huge("PNG");
+    QTest::newRow("a JPEG cut before its pixels") << Small("JPG").left(Small("JPG").indexOf("\xff\xda"));
+    QTest::newRow("a PNG cut in its pixels") << Small("PNG").left(Small("PNG").size() / 2);
+    QTest::newRow("a BMP cut before its pixels") << Small("BMP").left(40);
+    QTest::newRow("a BMP of 81 megapixels, stored from top to bottom")
+        << Huge("BMP").replace(22, 4, QByteArray::fromHex("d8dcffff"));
+    QTest::newRow("a BMP of 3.6 gigapixels") << Bmp("60ea000060ea0000");
+    QTest::newRow("a BMP of 3.6 gigapixels, stored from top to bottom") << Bmp("60ea0000a015ffff");
+    QTest::newRow("a BMP of the lowest height") << Bmp("60ea000000000080");
+    QTest::newRow("a BMP of the greatest size") << Bmp("ffffff7fffffff7f");
+    QTest::newRow("a BMP of no width") << Bmp("0000000004000000");
+    QTest::newRow("a BMP of a width below zero") << Bmp("faffffff04000000");
 }
 
 // The host said that it went well, so that is what is passed on; the path then names no file.
@@ -289,6 +317,13 @@ void DecryptTest::AllJobsRunOnOneThreadOneAfterTheOther()
     QCOMPARE(rig.Finished(), expected);
     QCOMPARE(iMost.load(), 1);
     QCOMPARE(iForeign.load(), 0);
+}
+
+void DecryptTest::TheThreadTakesOverThePriorityOfItsStarter()
+{
+    Rig rig;
+    rig.Decrypt().Start();
+    QCOMPARE(rig.Decrypt().priority(), QThread::InheritPriority);
 }
 
 // Each job comes at the moment when the thread is about to sleep; a wake-up that is missed costs seconds.

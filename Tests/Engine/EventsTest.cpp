@@ -15,12 +15,15 @@ private slots:
     void ListEventThatAddsNothing();
     void ListEventMayHaveMoreThanTwoElements();
     void ListTypeMayComeAsText();
+    void AListTypeThatIsNoNumberCountsAsZero_data();
+    void AListTypeThatIsNoNumberCountsAsZero();
     void ListEventOfAForeignThreadIsHandledOnTheEnginesThread();
     void DeleteEventWithoutElementsIsIgnored();
     void DeleteEventStopsEveryTaskAndSaysSo();
     void DeleteEventWithAWronglyTypedFolderMeasuresTheEmptyOne();
     void PathEventOnlyStoresTheFolder();
     void PathEventWithoutElementsIsIgnored();
+    void PathEventWithAWronglyTypedFolderMeasuresTheEmptyOne();
     void QueryIsAnsweredByListAndType_data();
     void QueryIsAnsweredByListAndType();
     void QueryFindsAWaitingLanTask_data();
@@ -82,6 +85,7 @@ void EventsTest::ListEventThatAddsNothing_data()
     QTest::newRow("a type below all types") << QVariantList{record, -1};
     QTest::newRow("a type above all types") << QVariantList{record, 4};
     QTest::newRow("records that are no bytes") << QVariantList{QVariantMap(), 1};
+    QTest::newRow("records in a list") << QVariantList{QVariantList{record}, 1};
 }
 
 void EventsTest::ListEventThatAddsNothing()
@@ -107,6 +111,25 @@ void EventsTest::ListTypeMayComeAsText()
     rig.Send("EventNotifyDownloadRecordList",
              {EngineRig::Stream<decltype(rig.Device("d"))>({rig.Device("d")}), QStringLiteral("1")});
     QCOMPARE(rig.Calls().Short("Start"), Texts({"StartDeviceRecordDownload d"}));
+}
+
+void EventsTest::AListTypeThatIsNoNumberCountsAsZero_data()
+{
+    QTest::addColumn<QVariant>("type");
+    QTest::newRow("a text") << QVariant(QStringLiteral("device"));
+    QTest::newRow("a map") << QVariant(QVariantMap{{QStringLiteral("iType"), 1}});
+    QTest::newRow("a list") << QVariant(QVariantList{1});
+    QTest::newRow("nothing") << QVariant();
+}
+
+// A wrongly typed element is taken as an empty one, without a message: the records are read as cloud records.
+void EventsTest::AListTypeThatIsNoNumberCountsAsZero()
+{
+    QFETCH(QVariant, type);
+    EngineRig rig(EngineRig::FailPictures);
+    rig.Send("EventNotifyDownloadRecordList", {EngineRig::Stream<decltype(rig.Cloud("7"))>({rig.Cloud("7")}), type});
+    QCOMPARE(rig.Calls().Short("Start"), Texts({"StartCloudRecordDownload 7"}));
+    QCOMPARE(rig.World().Log().Lines("6 "), Texts({}));
 }
 
 void EventsTest::ListEventOfAForeignThreadIsHandledOnTheEnginesThread()
@@ -176,6 +199,15 @@ void EventsTest::PathEventWithoutElementsIsIgnored()
     rig.Send("EventNotifyDownloadRecordPath", {});
     rig.SendOne(rig.Device("d"));
     QCOMPARE(ScriptedDisk::Asked(), QList<QByteArray>{"/first"});
+}
+
+void EventsTest::PathEventWithAWronglyTypedFolderMeasuresTheEmptyOne()
+{
+    EngineRig rig;
+    rig.Send("EventNotifyDeleteDownloadRecord", {QStringLiteral("/first")});
+    rig.Send("EventNotifyDownloadRecordPath", {QVariantMap()});
+    rig.SendOne(rig.Device("d"));
+    QCOMPARE(ScriptedDisk::Asked(), QList<QByteArray>{""});
 }
 
 void EventsTest::QueryIsAnsweredByListAndType_data()

@@ -6,6 +6,8 @@
 #include <QtCore/QTextCodec>
 
 #include <atomic>
+#include <chrono>
+#include <future>
 
 using namespace EngineCases;
 
@@ -21,6 +23,7 @@ private slots:
     void ADoubledAnswerIsDropped();
     void OfManyEqualAnswersAtOnceOneCounts();
     void AnAnswerThatRacesItsQueryCounts();
+    void AnAnswerInsideItsQueryWaitsForTheHandle();
     void OnlyTheDeviceOfTheAnswerIsFreed_data();
     void OnlyTheDeviceOfTheAnswerIsFreed();
     void UserDataAreReadInTheLocalEncoding();
@@ -179,6 +182,23 @@ void PasswordAnswerTest::AnAnswerThatRacesItsQueryCounts()
     QTRY_COMPARE(rig.Task("1")->strPassword, QStringLiteral("canary-sealed"));
     rig.RaiseState(Source::Device, "1", 2);
     QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates 1 2 false"), 1); // it runs again
+}
+
+// A host thread answers while the query is still in the host, which waits to see that the answer waits.
+void PasswordAnswerTest::AnAnswerInsideItsQueryWaitsForTheHandle()
+{
+    EngineRig rig;
+    std::future<void> answered;
+    bool bWaits = false;
+    rig.Calls().WhenAdded("RequestDevicePassword", [&] {
+        answered = std::async(std::launch::async, [&rig] { rig.Engine().OnLogicMessage(Answer(1001)); });
+        bWaits = answered.wait_for(std::chrono::milliseconds(200)) == std::future_status::timeout;
+    });
+    AskOnce(rig);
+    answered.get();
+    rig.Settle();
+    QVERIFY(bWaits);
+    QCOMPARE(rig.Task("1")->strPassword, QStringLiteral("canary-sealed"));
 }
 
 void PasswordAnswerTest::OnlyTheDeviceOfTheAnswerIsFreed_data()

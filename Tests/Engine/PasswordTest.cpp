@@ -77,6 +77,7 @@ void PasswordTest::ARefusalIsDecidedByTheTasksMarks_data()
     QTest::addColumn<QStringList>("told");
     QTest::addColumn<QStringList>("log");
     QTest::addColumn<bool>("retried"); // the mark afterwards
+    QTest::addColumn<int>("loggedAtStop");
     const QStringList given = Texts({"StopDeviceRecordDownload 1", "notify EventNotifyDownloadRecordStates",
                                      "SignalDownloadRecordStates 1 3 false"});
     const QStringList givenNextStarts =
@@ -91,31 +92,31 @@ void PasswordTest::ARefusalIsDecidedByTheTasksMarks_data()
                "SignalDownloadRecordStates 1 3 true"});
 
     QTest::newRow("no password yet, first refusal: is it asked for?")
-        << Marks{true, true, false, false} << false << asked << Texts({Get}) << true;
+        << Marks{true, true, false, false} << false << asked << Texts({Get}) << true << 0;
     QTest::newRow("no password yet, refused before: is it asked for again?")
-        << Marks{true, true, false, true} << false << asked << Texts({Get}) << true;
+        << Marks{true, true, false, true} << false << asked << Texts({Get}) << true << 0;
     QTest::newRow("password fetched, not tried with it: is it tried once more?")
-        << Marks{true, true, true, false} << false << requeuedNextStarts << Texts({NotRetried}) << true;
+        << Marks{true, true, true, false} << false << requeuedNextStarts << Texts({NotRetried}) << true << 0;
     QTest::newRow("password fetched and tried: is it given up?")
-        << Marks{true, true, true, true} << false << givenNextStarts << Texts({TriedAgain}) << true;
+        << Marks{true, true, true, true} << false << givenNextStarts << Texts({TriedAgain}) << true << 1;
     QTest::newRow("device is being asked, first refusal: does it wait too?")
-        << Marks{true, true, false, false} << true << requeued << Texts({IsGetting}) << true;
+        << Marks{true, true, false, false} << true << requeued << Texts({IsGetting}) << true << 0;
     QTest::newRow("device is being asked, refused before: does it wait too?")
-        << Marks{true, true, false, true} << true << requeued << Texts({IsGetting}) << true;
+        << Marks{true, true, false, true} << true << requeued << Texts({IsGetting}) << true << 0;
     QTest::newRow("device is being asked, password fetched: does it wait too?")
-        << Marks{true, true, true, false} << true << requeued << Texts({IsGetting}) << true;
+        << Marks{true, true, true, false} << true << requeued << Texts({IsGetting}) << true << 0;
     QTest::newRow("device is being asked, password fetched and tried: does it wait all the same?")
-        << Marks{true, true, true, true} << true << requeued << Texts({IsGetting}) << true;
+        << Marks{true, true, true, true} << true << requeued << Texts({IsGetting}) << true << 0;
     QTest::newRow("no password needed: is it given up?")
-        << Marks{false, true, false, false} << false << givenNextStarts << Texts({CannotGet}) << false;
+        << Marks{false, true, false, false} << false << givenNextStarts << Texts({CannotGet}) << false << 1;
     QTest::newRow("the host cannot supply it: is it given up?")
-        << Marks{true, false, false, false} << false << givenNextStarts << Texts({CannotGet}) << false;
+        << Marks{true, false, false, false} << false << givenNextStarts << Texts({CannotGet}) << false << 1;
     QTest::newRow("neither, password fetched, not tried: is it given up?")
-        << Marks{false, false, true, false} << false << givenNextStarts << Texts({CannotGet}) << false;
+        << Marks{false, false, true, false} << false << givenNextStarts << Texts({CannotGet}) << false << 1;
     QTest::newRow("no password needed, while the device is asked for another task: is it given up?")
-        << Marks{false, true, false, false} << true << given << Texts({CannotGet}) << false;
+        << Marks{false, true, false, false} << true << given << Texts({CannotGet}) << false << 1;
     QTest::newRow("the host cannot supply it, while the device is asked for another task: is it given up?")
-        << Marks{true, false, true, true} << true << given << Texts({CannotGet}) << true;
+        << Marks{true, false, true, true} << true << given << Texts({CannotGet}) << true << 1;
 }
 
 void PasswordTest::ARefusalIsDecidedByTheTasksMarks()
@@ -125,6 +126,7 @@ void PasswordTest::ARefusalIsDecidedByTheTasksMarks()
     QFETCH(QStringList, told);
     QFETCH(QStringList, log);
     QFETCH(bool, retried);
+    QFETCH(int, loggedAtStop);
     EngineRig rig;
     rig.SendList(
         1, std::vector{Protected(rig, "1", "SN", marks), Protected(rig, "2", "SN"), Protected(rig, "3", "SN-other")});
@@ -133,9 +135,13 @@ void PasswordTest::ARefusalIsDecidedByTheTasksMarks()
         rig.RaiseState(Source::Device, "2", 3);
     rig.Calls().Clear();
     rig.World().Log().Clear();
+    int iAtStop = -1;
+    rig.Calls().WhenAdded("StopDeviceRecordDownload 1", [&] { iAtStop = rig.World().Log().Lines().size(); });
+    rig.Calls().WhenAdded("RequestDevicePassword", [&] { QCOMPARE(rig.World().Log().Lines(), Texts({})); });
     rig.RaiseState(Source::Device, "1", 3);
     QCOMPARE(Told(rig), told);
     QCOMPARE(rig.World().Log().Lines(), log);
+    QCOMPARE(iAtStop, loggedAtStop);
     QCOMPARE(DeviceTask(rig, "1")->bRetriedWithNewPassword, retried);
     QCOMPARE(DeviceTask(rig, "1")->bGotNewPassword, marks.bGot);
     QVERIFY(rig.World().HasFile("1.mp4"));
