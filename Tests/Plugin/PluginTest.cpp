@@ -354,7 +354,8 @@ void PluginTest::ManyLivesLeaveNothingBehind()
             iThreads = EntriesOf("/proc/self/task");
             iFiles = EntriesOf("/proc/self/fd");
         }
-        QTRY_COMPARE(EntriesOf("/proc/self/task"), iThreads); // a joined thread may be listed a moment longer
+        // A joined thread may be listed a moment longer, the first time too: then there are fewer later.
+        QTRY_VERIFY(EntriesOf("/proc/self/task") <= iThreads);
         QTRY_COMPARE(EntriesOf("/proc/self/fd"), iFiles);
     }
     QVERIFY(QApplication::topLevelWidgets().isEmpty());
