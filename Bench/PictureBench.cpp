@@ -24,6 +24,8 @@
 #include <cstdio>
 #include <thread>
 
+#include <sys/resource.h>
+
 using namespace KXDownLoadList;
 
 namespace {
@@ -138,6 +140,47 @@ void DecryptQueue(benchmark::State& state)
 BENCHMARK(BareLoop)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(DecryptQueue)->Unit(benchmark::kMillisecond)->UseRealTime();
 
+// In milliseconds.
+struct Longest
+{
+    double dWall = 0; // by the clock
+    double dOwn = 0;  // without what other programs took from it
+};
+
+// One turn of the event loop. Its own time is what the clock says, unless the system gave the processor to another
+// thread meanwhile: then it is the processor time that the turn used. Waiting for a lock or a file counts.
+class Turn
+{
+public:
+    Turn() { m_clock.start(); }
+    void AddTo(Longest& longest) const
+    {
+        const double dWall = static_cast<double>(m_clock.nsecsElapsed()) / 1e6;
+        const rusage now = Usage();
+        const double dUsed = Milliseconds(now) - Milliseconds(m_before);
+        longest.dWall = std::max(longest.dWall, dWall);
+        longest.dOwn = std::max(longest.dOwn, now.ru_nivcsw == m_before.ru_nivcsw ? dWall : dUsed);
+    }
+
+private:
+    static rusage Usage()
+    {
+        rusage usage = {};
+        getrusage(RUSAGE_THREAD, &usage);
+        return usage;
+    }
+    static double Milliseconds(const rusage& usage)
+    {
+        const auto ms = [](const timeval& time) {
+            return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
+        };
+        return ms(usage.ru_utime) + ms(usage.ru_stime);
+    }
+
+    const rusage m_before = Usage();
+    QElapsedTimer m_clock;
+};
+
 // The panel on a fake host with that many cloud tasks that wait for their covers.
 class Panel
 {
@@ -166,21 +209,20 @@ public:
         EngineRig::Settle();
     }
 
-    // All covers arrive at once; gives the longest turn until the panel has all tasks.
-    qint64 LongestTurnNs()
+    // All covers arrive at once; gives the longest turns until the panel has all tasks.
+    Longest LongestTurns()
     {
         for (int i = 0; i < Covers; ++i)
             m_world.Pictures().AnswerWithFile(qPrintable(QStringLiteral("cover-%1").arg(i + 1)), "encrypted");
-        qint64 lLongest = 0;
+        Longest longest;
         const auto& view = *m_pPanel->findChild<GraphicsGridView*>();
         while (!view.GetItem(QString::number(Covers))) { // the last one, as they are decrypted in order
-            QElapsedTimer turn;
-            turn.start();
+            const Turn turn;
             QCoreApplication::processEvents();
-            lLongest = std::max(lLongest, turn.nsecsElapsed());
+            turn.AddTo(longest);
             std::this_thread::yield();
         }
-        return lLongest;
+        return longest;
     }
 
 private:
@@ -188,18 +230,23 @@ private:
     std::unique_ptr<DownloadWidget> m_pPanel;
 };
 
-// The median of five runs, as for the ratios: a busy machine takes the processor away from a turn now and then.
+double MedianOf(std::array<Longest, 5> runs, double Longest::*pValue)
+{
+    std::sort(runs.begin(), runs.end(), [pValue](const Longest& a, const Longest& b) { return a.*pValue < b.*pValue; });
+    return runs[2].*pValue;
+}
+
+// The median of five runs, as for the ratios.
 int RunTurns()
 {
-    std::array<double, 5> longestMs = {};
-    for (double& dLongest : longestMs)
-        dLongest = static_cast<double>(Panel().LongestTurnNs()) / 1e6;
-    std::sort(longestMs.begin(), longestMs.end());
-    const double dMedian = longestMs[2];
-    const bool bKept = dMedian <= LongestTurnMs;
-    std::printf("longest turn of the event loop while %d covers are decrypted = %.2f ms, of five runs %.2f to %.2f ms "
+    std::array<Longest, 5> runs;
+    for (Longest& longest : runs)
+        longest = Panel().LongestTurns();
+    const double dOwn = MedianOf(runs, &Longest::dOwn);
+    const bool bKept = dOwn <= LongestTurnMs;
+    std::printf("longest turn of the event loop while %d covers are decrypted = %.2f ms, by the clock %.2f ms "
                 "(at most %d ms) %s\n",
-                Covers, dMedian, longestMs.front(), longestMs.back(), static_cast<int>(LongestTurnMs),
+                Covers, dOwn, MedianOf(runs, &Longest::dWall), static_cast<int>(LongestTurnMs),
                 bKept ? "kept" : "BROKEN");
     return bKept ? 0 : 1;
 }
