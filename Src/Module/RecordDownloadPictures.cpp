@@ -60,12 +60,10 @@ void RecordDownloadModule::OnPictureDecrptFinished(int iCode, QString strUrl, QS
     if (pictures == m_mapCloudPicture.end() || m_bShuttingDown)
         return;
     int iInfo = pictures->iDecrypting - 1;
-    while (iInfo >= 0 && pictures->infos[iInfo].strDownloadPath != strOwner)
+    while (iInfo > 0 && pictures->infos[iInfo].strDownloadPath != strOwner)
         --iInfo;
-    if (iInfo < 0)
-        return;
-    const CloudPictureInfo info = pictures->infos.takeAt(iInfo);
-    --pictures->iDecrypting;
+    const CloudPictureInfo info = pictures->infos.takeAt(qMax(iInfo, 0)); // of a result that is not ours, the oldest
+    pictures->iDecrypting = qMax(pictures->iDecrypting - 1, 0);
     if (pictures->infos.isEmpty())
         m_mapCloudPicture.erase(pictures);
 

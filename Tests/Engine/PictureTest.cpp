@@ -27,6 +27,8 @@ private slots:
     void AnotherFailureReleasesAHeldTask_data();
     void AnotherFailureReleasesAHeldTask();
     void AnotherFailureChangesNothingForAListedTask();
+    void AResultFromOutsideSettlesThePicture_data();
+    void AResultFromOutsideSettlesThePicture();
     void AnUnknownUrlIsIgnored_data();
     void AnUnknownUrlIsIgnored();
     void ASettledPictureIsForgotten_data();
@@ -275,6 +277,35 @@ void PictureTest::AnotherFailureChangesNothingForAListedTask()
     QCOMPARE(Told(rig), Texts({"DecryptPicture ZW5jcnlwdGVk"}));
     QCOMPARE(rig.World().Log().Lines(), Texts({}));
     QCOMPARE(rig.Task("1")->strPicturePath, QStringLiteral("as-received"));
+}
+
+void PictureTest::AResultFromOutsideSettlesThePicture_data()
+{
+    QTest::addColumn<int>("result");
+    QTest::addColumn<QStringList>("told");
+    const QStringList released = Texts({"SignalAddDownloadInfo 1", "StartCloudRecordDownload 1"});
+    QTest::newRow("a clear picture") << 0 << released;
+    QTest::newRow("a failure") << 1 << released;
+    QTest::newRow("a wrong key") << 2 << Texts({"notify EventNotifyDownloadRecordStates"});
+}
+
+// The slot is public: whoever decrypts may call it.
+void PictureTest::AResultFromOutsideSettlesThePicture()
+{
+    QFETCH(int, result);
+    QFETCH(QStringList, told);
+    EngineRig rig;
+    SendHeld(rig);
+    rig.Calls().Clear();
+    const QString strPath = result == 0 ? QStringLiteral("/clear.jpg") : QString();
+    QVERIFY(QMetaObject::invokeMethod(&rig.Engine(), "OnPictureDecrptFinished", Q_ARG(int, result),
+                                      Q_ARG(QString, QStringLiteral("cover")), Q_ARG(QString, strPath)));
+    QCOMPARE(Told(rig), told);
+    if (rig.Task("1"))
+        QCOMPARE(rig.Task("1")->strPicturePath, strPath);
+    rig.Calls().Clear();
+    rig.World().Pictures().AnswerFailed("cover"); // it is settled
+    QCOMPARE(Told(rig), Texts({}));
 }
 
 void PictureTest::AnUnknownUrlIsIgnored_data()
