@@ -15,6 +15,8 @@ private slots:
     void TheAnswerQueuesTheTaskAndAsksForItsPicture_data();
     void TheAnswerQueuesTheTaskAndAsksForItsPicture();
     void EveryAnswerIsLoggedAsItCame();
+    void AnAnswerWithoutUserPostsNothing();
+    void AnAnswerWithoutTextsHasEmptyOnes();
     void AnAnswerThatFitsNoTaskChangesNothing_data();
     void AnAnswerThatFitsNoTaskChangesNothing();
     void ADoubledAnswerChangesNothing();
@@ -128,6 +130,28 @@ void CloudPasswordTest::EveryAnswerIsLoggedAsItCame()
                "ibGet[7],strPassword[canary-secret],strDeviceSN[serial],strRecordId[unknown],strPath[path/录像.mp4]",
                "2 RecordDownloadModule::OnGetCloudPasswordFinished "
                "ibGet[0],strPassword[],strDeviceSN[],strRecordId[],strPath[]"}));
+}
+
+void CloudPasswordTest::AnAnswerWithoutUserPostsNothing()
+{
+    EngineRig rig;
+    void* pUser = nullptr;
+    const auto answer = rig.World().Cloud().PasswordCallbackOf(pUser);
+    QCOMPARE(answer(1, "canary", "SN", 0, "1", "", nullptr), -1);
+    rig.Settle();
+    QCOMPARE(rig.World().Log().Lines(), Texts({}));
+}
+
+void CloudPasswordTest::AnAnswerWithoutTextsHasEmptyOnes()
+{
+    EngineRig rig;
+    void* pUser = nullptr;
+    const auto answer = rig.World().Cloud().PasswordCallbackOf(pUser);
+    QCOMPARE(answer(1, nullptr, nullptr, 0, nullptr, nullptr, pUser), 1); // posted
+    QCOMPARE(rig.World().Log().Lines(), Texts({}));
+    rig.Settle();
+    QCOMPARE(rig.World().Log().Lines(), Texts({"2 RecordDownloadModule::OnGetCloudPasswordFinished "
+                                               "ibGet[1],strPassword[],strDeviceSN[],strRecordId[],strPath[]"}));
 }
 
 void CloudPasswordTest::AnAnswerThatFitsNoTaskChangesNothing_data()

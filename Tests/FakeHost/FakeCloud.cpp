@@ -38,6 +38,13 @@ void FakeCloud::RaisePassword(int ibGet, const char* pszPassword, const CloudPas
     });
 }
 
+KXLogic::CloudPasswordCallback FakeCloud::PasswordCallbackOf(void*& pUser) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    pUser = m_pUser;
+    return m_pCallback;
+}
+
 std::vector<CloudPasswordQuery> FakeCloud::Queries() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);

@@ -33,6 +33,8 @@ public:
     void AnswerPassword(std::size_t uQuery, int ibGet, const char* pszPassword);
     // Any answer, asked for or not.
     void RaisePassword(int ibGet, const char* pszPassword, const CloudPasswordQuery& query);
+    // What the engine registered, for calls with odd arguments.
+    KXLogic::CloudPasswordCallback PasswordCallbackOf(void*& pUser) const;
     std::vector<CloudPasswordQuery> Queries() const;
     void SetQueryResult(int iResult) { m_iQueryResult = iResult; }
     void KeepCallingAfterUnregister() { m_bForgets = false; }
