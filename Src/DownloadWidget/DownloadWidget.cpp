@@ -4,6 +4,7 @@
 
 #include "DownloadWidget/DownloadItem.h"
 #include "DownloadWidget/PanelLog.h"
+#include "DownloadWidget/RecordMetaType.h"
 #include "DownloadWidget/SaveDeviceRecordThumbWorker.h"
 #include "KXBase/GKXObserver.h"
 #include "KXGui/KXColor.h"
@@ -75,7 +76,7 @@ void DownloadWidget::SetUpForm()
 void DownloadWidget::ConnectEngine()
 {
     m_pEngine = new RecordDownloadModule(nullptr);
-    qRegisterMetaType<DownloadRecordInfoPtr>("DownloadRecordInfoPtr");
+    RecordMetaType::Register();
     connect(m_pEngine, &RecordDownloadModule::SignalAddDownloadInfo, this, &DownloadWidget::AddDownloadInfo);
     connect(m_pEngine, &RecordDownloadModule::SignalUpdateCloudPictureInfo, this,
             &DownloadWidget::UpdateCloudPictureInfo);

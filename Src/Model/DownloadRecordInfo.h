@@ -105,4 +105,3 @@ public:
 } // namespace KXDownLoadList
 
 using DownloadRecordInfoPtr = std::shared_ptr<KXDownLoadList::DownloadRecordInfo>;
-Q_DECLARE_METATYPE(DownloadRecordInfoPtr)
