@@ -57,7 +57,6 @@ DownloadItem::DownloadItem(QObject* pParent, const QMap<int, KXSvgPixmap*>& mapB
     , m_pDeleteButton(new QGraphicsPixmapItem(this))
     , m_pStateButton(new QGraphicsPixmapItem(this))
     , m_mapButtonPixmap(mapButtonPixmap)
-    , m_pThumbnails(ThumbnailCache::Shared())
 {
     m_pDeleteButton->setPixmap(NormalIcon(m_mapButtonPixmap.value(RowLook::IconDelete)));
     m_pStateButton->setPixmap(NormalIcon(m_mapButtonPixmap.value(RowLook::IconPause)));
@@ -110,7 +109,7 @@ void DownloadItem::paint(QPainter* pPainter, const QStyleOptionGraphicsItem*, QW
 {
     if (!m_pRecord)
         return;
-    pPainter->drawImage(ThumbnailRect, m_pThumbnails->Thumbnail(m_pRecord->strPicturePath));
+    pPainter->drawImage(ThumbnailRect, ThumbnailCache::Shared()->Thumbnail(m_pRecord->strPicturePath));
     pPainter->setPen(Color("pc004"));
     pPainter->drawText(NameBaseline, m_pRecord->strFileName);
     PaintProgress(*pPainter);
@@ -185,10 +184,9 @@ void DownloadItem::PressStateButton(const QGraphicsSceneMouseEvent& event)
         return;
     }
     m_bRunning = !m_bRunning;
-    const bool bStart = m_bRunning;
-    emit SgnChangeDownloadState(bStart);
-    SendClickReport(this, bStart ? QStringLiteral("btnRestart") : QStringLiteral("btnPause"), event.type(),
+    emit SgnChangeDownloadState(m_bRunning);
+    SendClickReport(this, m_bRunning ? QStringLiteral("btnRestart") : QStringLiteral("btnPause"), event.type(),
                     event.buttons());
-    const int iIcon = bStart ? RowLook::IconPause : RowLook::IconResume;
+    const int iIcon = m_bRunning ? RowLook::IconPause : RowLook::IconResume;
     m_pStateButton->setPixmap(NormalIcon(m_mapButtonPixmap.value(iIcon)));
 }

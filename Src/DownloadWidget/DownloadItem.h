@@ -9,7 +9,6 @@
 
 class KXSvgPixmap;
 class QGraphicsPixmapItem;
-class ThumbnailCache;
 
 // One row of the download list: thumbnail, name, progress, state, a delete button and a state button. It paints what
 // its record says and reports clicks; it decides nothing.
@@ -58,5 +57,4 @@ private:
     QMap<int, KXSvgPixmap*> m_mapButtonPixmap;
     bool m_bRunning = true; // the state button offers "pause"
     int m_iState = 0;
-    std::shared_ptr<ThumbnailCache> m_pThumbnails;
 };

@@ -6,6 +6,7 @@
 #include "DownloadWidget/PanelLog.h"
 #include "DownloadWidget/RecordMetaType.h"
 #include "DownloadWidget/SaveDeviceRecordThumbWorker.h"
+#include "DownloadWidget/ThumbnailCache.h"
 #include "KXBase/GKXObserver.h"
 #include "KXGui/KXColor.h"
 #include "KXGui/KXSvgPixmap.h"
@@ -22,6 +23,7 @@
 DownloadWidget::DownloadWidget(QWidget* pParent)
     : KXGui::KXDialog(pParent, 1)
     , ui(std::make_unique<Ui::DownloadWidget>())
+    , m_pThumbnails(ThumbnailCache::Shared())
 {
     SetUpWindow();
     SetUpForm();

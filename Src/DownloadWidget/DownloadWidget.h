@@ -3,7 +3,9 @@
 #include "KXGui/KXDialog.h"
 #include "Model/DownloadRecordInfo.h"
 
+#include <QtCore/QBasicTimer>
 #include <QtCore/QMap>
+#include <QtCore/QSet>
 #include <QtCore/QStringList>
 #include <QtCore/QVariant>
 
@@ -14,6 +16,7 @@ class KXSvgPixmap;
 class QThread;
 class RecordDownloadModule;
 class SaveDeviceRecordThumbWorker;
+class ThumbnailCache;
 
 namespace Ui {
 class DownloadWidget;
@@ -59,6 +62,7 @@ public slots:
 
 protected:
     void showEvent(QShowEvent* pEvent) override;
+    void timerEvent(QTimerEvent* pEvent) override;
 
 private:
     void SetUpWindow();
@@ -73,6 +77,7 @@ private:
     DownloadItem* RowOf(const QString& strRecordId) const;
     QList<DownloadItem*> Rows() const;
     void PauseRow(DownloadItem& row);
+    void RepaintWithNextFrame(const QString& strRecordId);
     void RequestThumbnail(const DownloadItem& row, const QString& strSource);
     void RemoveRow(int iIndex);
     void FinishDownloadRecord(const QString& strRecordId);
@@ -85,4 +90,7 @@ private:
     QThread* m_pThumbnailThread = nullptr;
     SaveDeviceRecordThumbWorker* m_pThumbnailWorker = nullptr;
     int m_iRowCount = 0;
+    QSet<QString> m_setProgressed;                 // rows to be repainted with the next frame
+    QBasicTimer m_frameTimer;                      // runs while there are any
+    std::shared_ptr<ThumbnailCache> m_pThumbnails; // lives as long as a panel does
 };

@@ -12,6 +12,10 @@
 
 #include <QtCore/QDebug>
 #include <QtCore/QFile>
+#include <QtCore/QTimerEvent>
+#include <QtCore/QtMath>
+#include <QtGui/QScreen>
+#include <QtGui/QWindow>
 
 DownloadItem* DownloadWidget::RowOf(const QString& strRecordId) const
 {
@@ -37,8 +41,9 @@ void DownloadWidget::AddDownloadInfo(DownloadRecordInfoPtr pInfo)
     ui->downloadListView->AddItem(pRow, true);
     ++m_iRowCount;
     RefreshCount();
-    connect(pRow, &DownloadItem::SgnDeleteRecord, this, &DownloadWidget::OnDeleteRecord);
-    connect(pRow, &DownloadItem::SgnChangeDownloadState, this, &DownloadWidget::OnChangeDownloadState);
+    // By name: each connection by address keeps an object of its own, and there may be very many rows.
+    connect(pRow, SIGNAL(SgnDeleteRecord(QString)), this, SLOT(OnDeleteRecord(QString)));
+    connect(pRow, SIGNAL(SgnChangeDownloadState(bool)), this, SLOT(OnChangeDownloadState(bool)));
     if (pInfo->iRecordType == KXDownLoadList::DeviceRecord && !pInfo->strPicturePath.isEmpty())
         RequestThumbnail(*pRow, pInfo->strPicturePath);
     // The values stand crosswise; tools that read the log expect them so.
@@ -91,7 +96,32 @@ void DownloadWidget::OnDownloadRecordData(QString strRecordId, int iLength)
         return;
     }
     pRow->Record()->lReceivedSize += iLength;
-    pRow->UpdateRecord(pRow->Record());
+    RepaintWithNextFrame(strRecordId);
+}
+
+// Hosts report progress far more often than a screen shows it, and each paint of the window draws its shadow anew.
+void DownloadWidget::RepaintWithNextFrame(const QString& strRecordId)
+{
+    if (!isVisible())
+        return; // shown again, all rows are repainted
+    m_setProgressed.insert(strRecordId);
+    if (m_frameTimer.isActive())
+        return;
+    const QScreen* pScreen = windowHandle() ? windowHandle()->screen() : nullptr;
+    const qreal dFramesPerSecond = pScreen ? qBound(1.0, pScreen->refreshRate(), 1000.0) : 60.0;
+    m_frameTimer.start(qCeil(1000 / dFramesPerSecond), Qt::PreciseTimer, this);
+}
+
+void DownloadWidget::timerEvent(QTimerEvent* pEvent)
+{
+    if (pEvent->timerId() != m_frameTimer.timerId())
+        return KXGui::KXDialog::timerEvent(pEvent);
+    m_frameTimer.stop();
+    for (const QString& strRecordId : qAsConst(m_setProgressed)) {
+        if (DownloadItem* pRow = RowOf(strRecordId))
+            pRow->UpdateRecord(pRow->Record());
+    }
+    m_setProgressed.clear();
 }
 
 void DownloadWidget::OnDownloadRecordStates(QString strRecordId, int iCode, bool bReget)

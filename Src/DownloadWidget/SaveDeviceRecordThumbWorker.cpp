@@ -5,8 +5,23 @@
 #include <QtCore/QBuffer>
 #include <QtCore/QDebug>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QThread>
 #include <QtGui/QImageReader>
+#include <QtGui/QImageWriter>
+
+namespace {
+
+// QImage::save empties an existing file before it finds that it cannot write such a picture. A recording that is not
+// called ".mp4" is its own picture's target, and must stay.
+void Save(const QImage& image, const QString& strPath)
+{
+    const QByteArray format = QFileInfo(strPath).suffix().toLower().toLatin1();
+    if (QImageWriter::supportedImageFormats().contains(format))
+        image.save(strPath);
+}
+
+} // namespace
 
 void SaveDeviceRecordThumbWorker::OnStartTask(const QString srcPath, const QString dstPath, const QString strRecordID)
 {
@@ -26,7 +41,7 @@ void SaveDeviceRecordThumbWorker::OnStartTask(const QString srcPath, const QStri
         reader.setDecideFormatFromContent(true);
         // A failure shows as a missing picture, and the row falls back to its default.
         if (IsReasonablePicture(reader))
-            reader.read().save(dstPath);
+            Save(reader.read(), dstPath);
     } else {
         strPath.clear();
     }

@@ -10,7 +10,7 @@
 // The thumbnails of the rows, rounded and ready to be drawn. A row asks at every paint; the file is looked at each time
 // and decoded again only when its size or time changed, and only the part that shows is decoded.
 //
-// Thread: the GUI thread. Ownership: shared by the rows; the last one frees it.
+// Thread: the GUI thread. Ownership: the panel keeps it for its rows.
 class ThumbnailCache
 {
 public:

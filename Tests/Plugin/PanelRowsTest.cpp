@@ -2,9 +2,41 @@
 
 #include "PanelRig.h"
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
+#include <QtGui/QPaintEvent>
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QGraphicsScene>
+
+namespace {
+
+// What of a view's window is painted, and how often.
+class PaintedRegion : public QObject
+{
+public:
+    explicit PaintedRegion(GraphicsGridView& view)
+    {
+        EngineRig::Settle();
+        view.viewport()->installEventFilter(this);
+    }
+    bool eventFilter(QObject*, QEvent* pEvent) override
+    {
+        if (pEvent->type() == QEvent::Paint) {
+            m_region += static_cast<QPaintEvent*>(pEvent)->region();
+            ++m_iCount;
+        }
+        return false;
+    }
+    bool Contains(const QRect& rect) const { return QRegion(rect).subtracted(m_region).isEmpty(); }
+    int Count() const { return m_iCount; }
+    void Forget() { m_region = QRegion(); }
+
+private:
+    QRegion m_region;
+    int m_iCount = 0;
+};
+
+} // namespace
 
 class PanelRowsTest : public QObject
 {
@@ -15,6 +47,9 @@ private slots:
     void ARecordIsShownOnce();
     void AnAnnouncementIsLoggedCrosswise();
     void DataAddsToTheReceivedSize();
+    void ProgressIsPaintedWithTheNextFrame();
+    void ManyReportsAreOnePaintOfTheirRow();
+    void ProgressOfARowThatGoesIsForgotten();
     void DataWithoutARowIsADebugMessage();
     void StatesChangeTheRow_data();
     void StatesChangeTheRow();
@@ -71,6 +106,59 @@ void PanelRowsTest::DataAddsToTheReceivedSize()
     rig.Record("a").lReceivedSize = 3000000000;
     rig.Panel().OnDownloadRecordData(QStringLiteral("a"), 2000000000);
     QCOMPARE(rig.Record("a").lReceivedSize, qint64(5000000000));
+}
+
+void PanelRowsTest::ProgressIsPaintedWithTheNextFrame()
+{
+    PanelRig rig;
+    rig.Send({"a"});
+    rig.Show();
+    rig.RaiseState("a", 1);
+    rig.Record("a").lReceivedSize = 0;
+    PaintedRegion painted(rig.View());
+    rig.Panel().OnDownloadRecordData(QStringLiteral("a"), 400);
+    QTRY_VERIFY(painted.Contains(QRect(170, 30, 300, 40)));
+    rig.Panel().hide();
+    rig.Panel().OnDownloadRecordData(QStringLiteral("a"), 100);
+    painted.Forget();
+    rig.Panel().show();
+    QTRY_VERIFY(painted.Contains(QRect(170, 30, 300, 40))); // shown again with what came meanwhile
+    QCOMPARE(rig.Record("a").lReceivedSize, qint64(500));
+}
+
+void PanelRowsTest::ManyReportsAreOnePaintOfTheirRow()
+{
+    PanelRig rig;
+    rig.Send({"a", "b"});
+    rig.Show();
+    rig.RaiseState("a", 1);
+    rig.RaiseState("b", 1);
+    rig.Record("a").lReceivedSize = 0;
+    rig.Record("b").lReceivedSize = 0;
+    PaintedRegion painted(rig.View());
+    QElapsedTimer time;
+    time.start();
+    for (int iTurn = 0; iTurn < 500; ++iTurn) {
+        rig.Panel().OnDownloadRecordData(iTurn % 2 ? QStringLiteral("a") : QStringLiteral("b"), 1);
+        QCoreApplication::processEvents();
+    }
+    const qint64 lFrames = time.elapsed() / 16 + 1; // the offscreen screen shows 60 a second
+    QTRY_VERIFY(painted.Contains(QRect(170, 30, 300, 128)));
+    QVERIFY2(painted.Count() <= lFrames, qPrintable(QString::number(painted.Count())));
+    QCOMPARE(rig.Record("a").lReceivedSize + rig.Record("b").lReceivedSize, qint64(500));
+}
+
+void PanelRowsTest::ProgressOfARowThatGoesIsForgotten()
+{
+    PanelRig rig;
+    rig.Send({"a", "b"});
+    rig.Show();
+    PaintedRegion painted(rig.View());
+    rig.Panel().OnDownloadRecordData(QStringLiteral("a"), 400);
+    rig.Panel().OnDownloadRecordData(QStringLiteral("b"), 400);
+    rig.Panel().OnDeleteRecord(QStringLiteral("a"));
+    QTRY_VERIFY(painted.Contains(QRect(170, 30, 300, 40)));
+    QCOMPARE(rig.View().GetAllItem().size(), 1);
 }
 
 void PanelRowsTest::DataWithoutARowIsADebugMessage()

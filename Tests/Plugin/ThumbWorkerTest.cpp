@@ -20,6 +20,7 @@ private slots:
     void AMissingSourceIsAnsweredWithNoPath();
     void AnOldTargetIsOverwritten();
     void ATargetThatCannotBeWrittenIsAnsweredAsWritten();
+    void ARecordingThatIsItsPicturesTargetStays();
     void TheMessageNamesTheThread();
     void RequestsAreServedInOrderOffTheGuiThread();
 
@@ -114,6 +115,19 @@ void ThumbWorkerTest::ATargetThatCannotBeWrittenIsAnsweredAsWritten()
         const QString strTarget = world.Path(pszTarget);
         QCOMPARE(Answer(strSource, strTarget), QVariantList({QStringLiteral("id"), strTarget}));
         QVERIFY(!QFile::exists(strTarget));
+    }
+}
+
+void ThumbWorkerTest::ARecordingThatIsItsPicturesTargetStays()
+{
+    FakeWorld world;
+    const QString strSource = WritePng(world, "thumb", Qt::red);
+    for (const char* pszName : {"clip.avi", "clip"}) {
+        const QString strTarget = world.WriteFile(pszName, "a recording");
+        QCOMPARE(Answer(strSource, strTarget), QVariantList({QStringLiteral("id"), strTarget}));
+        QFile recording(strTarget);
+        QVERIFY(recording.open(QIODevice::ReadOnly));
+        QCOMPARE(recording.readAll(), QByteArray("a recording"));
     }
 }
 
