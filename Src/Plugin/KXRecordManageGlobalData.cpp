@@ -5,6 +5,7 @@
 #include "KXGui/KXColor.h"
 #include "KXGui/KXPublic.h"
 #include "Model/HostEvents.h"
+#include "Plugin/ColorKeys.h"
 #include "Plugin/LeftTranslator.h"
 #include "ktl/Json.h"
 
@@ -66,9 +67,7 @@ void KXRecordManageGlobalData::ApplyStyleSheet()
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return;
     QString strStyleSheet = QString::fromUtf8(file.readAll());
-    const QMap<QString, QString> colors = KXColor::colorMap();
-    for (auto color = colors.cbegin(); color != colors.cend(); ++color)
-        strStyleSheet.replace(color.key(), color.value());
+    ReplaceColorKeys(strStyleSheet, KXColor::colorMap());
     KXPublic::translateQssKey(strStyleSheet);
     m_pDownloadWidget->setStyleSheet(strStyleSheet);
 }

@@ -1,9 +1,12 @@
 // The plug-in-wide data: language and style sheet, through the plug-in object in a fake world.
 
 #include "FakeHost/FakeWorld.h"
+#include "Plugin/ColorKeys.h"
 #include "Plugin/KXRecordManage.h"
+#include "Plugin/KXRecordManageGlobalData.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QMetaMethod>
 #include <QtTest/QTest>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
@@ -46,6 +49,9 @@ private slots:
     void TheTranslatorOutlivesTheContent();
     void ANewLifeReplacesTheLeftTranslator();
     void TheStyleSheetIsAppliedWithItsColours();
+    void ColourKeysAreReplacedInTheirOrder_data();
+    void ColourKeysAreReplacedInTheirOrder();
+    void TheDataObjectHasTwoSlotsAndNoSignals();
 };
 
 // What a case leaves installed ends with a life whose last word is an empty list.
@@ -208,6 +214,45 @@ void LanguageTest::TheStyleSheetIsAppliedWithItsColours()
     SendLanguages(world, {QStringLiteral("ru")});
     QCOMPARE(plugin.CenterWidget(QString())->styleSheet().simplified(), strSheet);
     plugin.Destory();
+}
+
+void LanguageTest::ColourKeysAreReplacedInTheirOrder_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("table"); // key, value, key, value…
+    QTest::addColumn<QString>("result");
+    const auto row = [](const char* pszName, const char* pszText, std::initializer_list<const char*> table,
+                        const char* pszResult) {
+        QTest::newRow(pszName) << QString::fromUtf8(pszText) << Texts(table) << QString::fromUtf8(pszResult);
+    };
+    row("each, wherever it stands", "a KX(pc1) b pc2, pc1;", {"pc1", "#1", "pc2", "#2"}, "a KX(#1) b #2, #1;");
+    row("a value that holds a later key", "pc1", {"pc1", "pc2", "pc2", "#2"}, "#2");
+    row("a value that holds an earlier key", "pc2", {"pc1", "#1", "pc2", "pc1"}, "pc1");
+    row("a key that begins another", "pc11", {"pc1", "#1", "pc11", "#2"}, "#11");
+    row("case counts", "PC1", {"pc1", "#1"}, "PC1");
+    row("no table", "pc1", {}, "pc1");
+}
+
+void LanguageTest::ColourKeysAreReplacedInTheirOrder()
+{
+    QFETCH(QString, text);
+    QFETCH(QStringList, table);
+    QMap<QString, QString> colors;
+    for (int i = 0; i < table.size(); i += 2)
+        colors.insert(table[i], table[i + 1]);
+    ReplaceColorKeys(text, colors);
+    QTEST(text, "result");
+}
+
+void LanguageTest::TheDataObjectHasTwoSlotsAndNoSignals()
+{
+    const QMetaObject& meta = KXRecordManageGlobalData::staticMetaObject;
+    QStringList methods;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        QCOMPARE(meta.method(i).methodType(), QMetaMethod::Slot);
+        methods.append(QString::fromUtf8(meta.method(i).methodSignature()));
+    }
+    QCOMPARE(methods, Texts({"Init(QString)", "UpdatePluginLanguage(QVariantList)"}));
 }
 
 QTEST_MAIN(LanguageTest)

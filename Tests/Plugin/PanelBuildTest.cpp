@@ -2,6 +2,7 @@
 
 #include "PanelRig.h"
 
+#include <QtCore/QMetaMethod>
 #include <QtCore/QThread>
 #include <QtCore/QTranslator>
 #include <QtTest/QSignalSpy>
@@ -25,6 +26,7 @@ class PanelBuildTest : public QObject
     Q_OBJECT
 
 private slots:
+    void SignalsAndSlotsAreThese();
     void TheWindowIsABorderlessPopUpWithAShadow();
     void ItCannotBeDragged();
     void ItStartsEmptyWithItsTexts();
@@ -38,6 +40,26 @@ private slots:
     void StopEndsTheEngineForGood();
     void TheEnginesCopyRequestsAreRelayed();
 };
+
+void PanelBuildTest::SignalsAndSlotsAreThese()
+{
+    const QMetaObject& meta = DownloadWidget::staticMetaObject;
+    QStringList methods;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        const QMetaMethod method = meta.method(i);
+        methods.append(
+            (method.methodType() == QMetaMethod::Signal ? QStringLiteral("signal ") : QStringLiteral("slot ")) +
+            QString::fromUtf8(method.methodSignature()));
+    }
+    QCOMPARE(methods,
+             Texts({"signal SignalDeleteRecord(int,QString,QString)", "signal SignalStartWork(QString,QString,QString)",
+                    "slot OnGetDeviceRecordThumbs(QVariantList)", "slot AddDownloadInfo(DownloadRecordInfoPtr)",
+                    "slot UpdateCloudPictureInfo(QString,QString)", "slot OnDownloadRecordData(QString,int)",
+                    "slot OnDownloadRecordStates(QString,int,bool)", "slot OnStopAllDownload()", "slot OnClose()",
+                    "slot OnBtnSetting()", "slot OnBtnAllStart()", "slot OnDeleteRecord(QString)",
+                    "slot OnChangeDownloadState(bool)", "slot OnScrollValueChanged(int)",
+                    "slot OnCopyPictureFinished(QString,QString)"}));
+}
 
 void PanelBuildTest::TheWindowIsABorderlessPopUpWithAShadow()
 {

@@ -40,19 +40,24 @@ QString FileRead(const QString& strPath)
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-// The keys that the plug-in's sources ask to translate.
+// The keys that the plug-in's sources ask to translate, and those that its form does; the form's own placeholders have
+// no underscore.
 QStringList KeysInSources()
 {
     static const QRegularExpression Asked(
-        QStringLiteral("\\b(?:tr|QT_TRANSLATE_NOOP)\\(\\s*(?:\"\\w+\",\\s*)?\"([^\"]+)\""));
+        QStringLiteral("\\b(?:tr|translate|QT_TRANSLATE_NOOP)\\(\\s*(?:\"\\w+\",\\s*)?\"([^\"]+)\"|"
+                       "<string>(\\w+_\\w+)</string>"));
     QSet<QString> keys;
-    QDirIterator files(QStringLiteral(KX_SOURCE_DIR "/Src"), {QStringLiteral("*.cpp"), QStringLiteral("*.h")},
-                       QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator files(QStringLiteral(KX_SOURCE_DIR "/Src"),
+                       {QStringLiteral("*.cpp"), QStringLiteral("*.h"), QStringLiteral("*.ui")}, QDir::Files,
+                       QDirIterator::Subdirectories);
     while (files.hasNext()) {
         const QString strSource = FileRead(files.next());
         auto matches = Asked.globalMatch(strSource);
-        while (matches.hasNext())
-            keys.insert(matches.next().captured(1));
+        while (matches.hasNext()) {
+            const QRegularExpressionMatch match = matches.next();
+            keys.insert(match.captured(match.lastCapturedIndex()));
+        }
     }
     QStringList list = keys.values();
     list.sort();

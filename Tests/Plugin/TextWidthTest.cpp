@@ -1,0 +1,115 @@
+// Every language in the places that have no tool tip: the head of the list and the rows.
+
+#include "PanelRig.h"
+
+#include "Plugin/KXRecordManage.h"
+
+#include <QtCore/QDir>
+#include <QtGui/QFontDatabase>
+#include <QtWidgets/QApplication>
+
+#include <algorithm>
+
+namespace {
+
+// A wide font that Linux machines have: what fits in it fits in what a client's users have. Elsewhere, the system's
+// own.
+constexpr const char* WideFont = "DejaVu Sans";
+constexpr int LargestCount = 100000;
+
+// Characters that the font lacks are counted as other fonts draw them: ideographs, syllables and kana as squares,
+// letters as most of a square.
+int WidthOf(const QFont& font, const QString& strText)
+{
+    const QFontMetrics metrics(font);
+    const int iSquare = QFontInfo(font).pixelSize();
+    int iWidth = 0;
+    QString strKnown;
+    for (const QChar character : strText) {
+        if (metrics.inFont(character))
+            strKnown += character;
+        else if (!character.isMark()) // these stand above or below a letter
+            iWidth += character.unicode() >= 0x1100 ? iSquare : iSquare * 7 / 10;
+    }
+    return iWidth + metrics.horizontalAdvance(strKnown);
+}
+
+} // namespace
+
+class TextWidthTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void TheHeadOfTheListHoldsItsTexts_data() { EveryLanguage(); }
+    void TheHeadOfTheListHoldsItsTexts();
+    void ARowHoldsItsStateText_data() { EveryLanguage(); }
+    void ARowHoldsItsStateText();
+
+private:
+    static void EveryLanguage();
+};
+
+void TextWidthTest::initTestCase()
+{
+    if (!QFontDatabase().families().contains(QLatin1String(WideFont)))
+        return;
+    QFont::insertSubstitution(QStringLiteral("Microsoft YaHei"), QLatin1String(WideFont));
+    QApplication::setFont(QFont(QLatin1String(WideFont), 9));
+}
+
+void TextWidthTest::EveryLanguage()
+{
+    QTest::addColumn<QString>("code");
+    const QStringList files = QDir(QStringLiteral(":/KXRecordManage/Translates")).entryList(QDir::Files, QDir::Name);
+    QCOMPARE(files.size(), 30);
+    for (const QString& strFile : files) {
+        const QString strCode = strFile.section(QLatin1Char('.'), 0, 0).section(QLatin1Char('_'), 1);
+        QTest::newRow(strCode.isEmpty() ? "base" : qPrintable(strCode)) << strCode;
+    }
+}
+
+// The count at the left, both buttons at the right, 20 pixels beside each, between margins of 30.
+void TextWidthTest::TheHeadOfTheListHoldsItsTexts()
+{
+    QFETCH(QString, code);
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"%1\"}").arg(code));
+    QWidget* pPanel = plugin.CenterWidget(QString());
+    pPanel->show();
+    const auto widthOf = [pPanel](const char* pszWidget, const QString& strText) {
+        const auto* pWidget = pPanel->findChild<QWidget*>(QString::fromUtf8(pszWidget));
+        pWidget->ensurePolished(); // the style sheet decides the font
+        return WidthOf(pWidget->font(), strText);
+    };
+    const int iCount = widthOf("labelNumber", DownloadWidget::tr("play_multiple_views_total", nullptr, LargestCount)
+                                                  .arg(LargestCount, 0, 10, QLatin1Char(' ')));
+    const int iSettings = widthOf("btnSetting", DownloadWidget::tr("common_set"));
+    const int iAll = std::max(widthOf("btnAllStart", DownloadWidget::tr("pc_download_video_suspend_all")),
+                              widthOf("btnAllStart", DownloadWidget::tr("pc_download_video_resume_all")));
+    QVERIFY2(iCount + iSettings + iAll <= 610 - 2 * 30 - 3 * 20,
+             qPrintable(QStringLiteral("%1 + %2 + %3 pixels").arg(iCount).arg(iSettings).arg(iAll)));
+    plugin.Destory();
+}
+
+// As wide as the progress bar above it.
+void TextWidthTest::ARowHoldsItsStateText()
+{
+    QFETCH(QString, code);
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"%1\"}").arg(code));
+    const auto* pView = plugin.CenterWidget(QString())->findChild<GraphicsGridView*>();
+    for (const char* pszKey : {"mobile_common_download_manager_wait_download",
+                               "mobile_common_download_manager_download_failure", "panel_pause"}) {
+        const int iWidth = WidthOf(pView->font(), DownloadItem::tr(pszKey));
+        QVERIFY2(iWidth <= 300, qPrintable(QStringLiteral("%1: %2 pixels").arg(QLatin1String(pszKey)).arg(iWidth)));
+    }
+    plugin.Destory();
+}
+
+QTEST_MAIN(TextWidthTest)
+
+#include "TextWidthTest.moc"
