@@ -91,6 +91,6 @@ private:
     SaveDeviceRecordThumbWorker* m_pThumbnailWorker = nullptr;
     int m_iRowCount = 0;
     QSet<QString> m_setProgressed;                 // rows to be repainted with the next frame
-    QBasicTimer m_frameTimer;                      // runs while there are any
+    QBasicTimer m_frameTimer;                      // runs until a frame finds none
     std::shared_ptr<ThumbnailCache> m_pThumbnails; // lives as long as a panel does
 };

@@ -116,7 +116,8 @@ void DownloadWidget::timerEvent(QTimerEvent* pEvent)
 {
     if (pEvent->timerId() != m_frameTimer.timerId())
         return KXGui::KXDialog::timerEvent(pEvent);
-    m_frameTimer.stop();
+    if (m_setProgressed.isEmpty())
+        return m_frameTimer.stop(); // an idle panel sleeps
     for (const QString& strRecordId : qAsConst(m_setProgressed)) {
         if (DownloadItem* pRow = RowOf(strRecordId))
             pRow->UpdateRecord(pRow->Record());

@@ -74,7 +74,7 @@ QStringList CallList::OffThread() const
 void CallList::Clear()
 {
     QMutexLocker locker(&m_mutex);
-    m_lines.clear();
+    m_lines = decltype(m_lines)();
 }
 
 void CallList::WhenAdded(const char* pszPrefix, Hook hook)

@@ -78,3 +78,9 @@ QByteArray FakeBus::Dump() const
     }
     return dump;
 }
+
+void FakeBus::Clear()
+{
+    QMutexLocker locker(&m_mutex);
+    std::vector<Sent>().swap(m_sent);
+}

@@ -26,6 +26,8 @@ public:
     QStringList Texts(const char* pszEvent) const;
     // All recorded events with their payloads, for a search.
     QByteArray Dump() const;
+    // Forgets the events recorded so far.
+    void Clear();
 
 private:
     struct Subscription
