@@ -97,4 +97,9 @@ bool SetUpClient(const ClientOptions& options, DownloadInput& input)
     return true;
 }
 
+void TearDownClient()
+{
+    KXHost::CloseResourceDb();
+}
+
 } // namespace KXClient

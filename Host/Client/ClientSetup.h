@@ -27,5 +27,7 @@ bool StartLogFile(const QString& strFile);
 // Reads the input, which starts the embedded site, opens the database and configures the host. False, and the reason
 // printed, when anything is no good.
 bool SetUpClient(const ClientOptions& options, DownloadInput& input);
+// Closes the database, after the plug-in.
+void TearDownClient();
 
 } // namespace KXClient

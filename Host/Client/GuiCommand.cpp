@@ -44,6 +44,7 @@ ExitStatus ShowWindow(DownloadInput& input, PluginHost& plugin, WindowSettings& 
         QApplication::quit();
     });
     window.show();
+    PrintLine(QStringLiteral("the window is open, recordings go to %1").arg(Printable(settings.strFolder)));
     QApplication::exec();
     return status;
 }
@@ -87,6 +88,7 @@ int RunGui(const QStringList& arguments)
         settings.UseFolder(FirstFolder());
     options.input.strFolder = settings.strFolder;
     const ExitStatus status = Run(options, settings);
+    TearDownClient();
     if (status == AllWhole || status == Interrupted)
         settings.Save(strFile);
     return status;

@@ -37,16 +37,16 @@ struct Options
     int iTimeoutSeconds = DefaultTimeoutSeconds;
 };
 
-bool Write(const QImage& picture, const QString& strFile)
+bool Write(const QImage& picture, QSaveFile& file)
 {
-    QSaveFile file(strFile);
-    if (file.open(QIODevice::WriteOnly) && picture.save(&file, "PNG") && file.commit())
+    if (picture.save(&file, "PNG") && file.commit())
         return true;
-    PrintError(QStringLiteral("%1: %2").arg(strFile, file.errorString()));
+    PrintError(QStringLiteral("%1: %2").arg(file.fileName(), file.errorString()));
     return false;
 }
 
-ExitStatus Play(const Options& options, DownloadInput& input, PluginHost& plugin, const QString& strFolder)
+ExitStatus Play(const Options& options, DownloadInput& input, PluginHost& plugin, const QString& strFolder,
+                QSaveFile& file)
 {
     WindowSettings settings;
     settings.UseFolder(strFolder);
@@ -59,17 +59,16 @@ ExitStatus Play(const Options& options, DownloadInput& input, PluginHost& plugin
         PrintError(QStringLiteral("time out: ") + scene.Missing().join(QStringLiteral("; ")));
         return TimedOut;
     }
-    if (!Write(*picture, options.strPicture))
+    if (!Write(*picture, file))
         return InputError;
     PrintLine(QStringLiteral("%1: %2 x %3, %4")
-                  .arg(options.strPicture, QString::number(picture->width()), QString::number(picture->height()),
-                       scene.Seen()));
+                  .arg(Printable(options.strPicture), QString::number(picture->width()),
+                       QString::number(picture->height()), scene.Seen()));
     return AllWhole;
 }
 
-ExitStatus Run(const Options& options)
+ExitStatus Run(const Options& options, const QTemporaryDir& folder)
 {
-    const QTemporaryDir folder;
     const QString strFolder = folder.filePath(QStringLiteral("Recordings"));
     KXHost::LogSettings quiet; // a download fails on purpose
     quiet.iConsoleLevel = NoConsole;
@@ -79,13 +78,18 @@ ExitStatus Run(const Options& options)
     client.input.faults = Scene::Faults();
     client.strDatabaseFile = folder.filePath(QStringLiteral("resources.db"));
     DownloadInput input;
+    QSaveFile file(options.strPicture);
+    if (!file.open(QIODevice::WriteOnly)) {
+        PrintError(QStringLiteral("%1: %2").arg(options.strPicture, file.errorString()));
+        return InputError;
+    }
     if (!SetUpClient(client, input))
         return InputError;
     ApplyWindowStyle(options.bDark);
     QString strError;
     PluginHost plugin;
     if (plugin.Open(options.strPluginFile, options.strLanguage, strError))
-        return Play(options, input, plugin, strFolder);
+        return Play(options, input, plugin, strFolder, file);
     PrintError(strError);
     return PluginError;
 }
@@ -130,7 +134,10 @@ int RunScreenshot(const QStringList& arguments)
             return InputError;
         options.iTimeoutSeconds = *iSeconds;
     }
-    return Run(options);
+    const QTemporaryDir folder;
+    const ExitStatus status = Run(options, folder);
+    TearDownClient();
+    return status;
 }
 
 } // namespace KXClient

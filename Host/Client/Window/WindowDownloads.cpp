@@ -7,6 +7,8 @@
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 
+#include <utility>
+
 namespace KXClient {
 
 WindowDownloads::WindowDownloads(DownloadInput& input, QWidget* pPanel, QObject* pParent)
@@ -69,6 +71,8 @@ bool WindowDownloads::Ask(const QVector<int>& indexes, const QString& strFolder)
     for (int iIndex : asked) {
         const RequestedRecord& request = Tasks().at(iIndex).request;
         m_problems[iIndex].clear();
+        if (m_rows.Has(request.pRecord->strRecordId)) // those of the cloud get theirs later
+            m_listed.insert(iIndex);
         m_thumbnails.Fetch(request.pRecord->strRecordId, request.strThumbnailUrl);
         emit SignalChanged(iIndex);
     }
@@ -97,16 +101,18 @@ void WindowDownloads::OnChecked(int iIndex, qint64, const QString& strProblem)
     emit SignalChanged(iIndex);
 }
 
-// The event comes while the panel is at work on the row; its row is looked at when that is done.
+// The event comes while the panel is at work on the row; the rows are looked at when that is done, and once for many.
 void WindowDownloads::OnDownloadNumber(QVariantList list)
 {
     m_iRowCount = list.value(0).toInt();
-    QMetaObject::invokeMethod(this, &WindowDownloads::LookAtRows, Qt::QueuedConnection);
+    if (!std::exchange(m_bLookPending, true))
+        QMetaObject::invokeMethod(this, &WindowDownloads::LookAtRows, Qt::QueuedConnection);
 }
 
 // A row that went without an end of its task was taken out by the user.
 void WindowDownloads::LookAtRows()
 {
+    m_bLookPending = false;
     for (int iIndex = 0; iIndex < Tasks().size(); ++iIndex) {
         const bool bListed = m_rows.Has(Tasks().at(iIndex).request.pRecord->strRecordId);
         if (bListed == m_listed.contains(iIndex))

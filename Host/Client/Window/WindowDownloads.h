@@ -65,6 +65,7 @@ private:
     QSet<int> m_listed;          // had a row when the rows were looked at last
     QVector<QString> m_problems; // of finished recordings, empty for whole ones
     int m_iRowCount = 0;
+    bool m_bLookPending = false;
 };
 
 } // namespace KXClient

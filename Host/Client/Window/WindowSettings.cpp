@@ -32,6 +32,15 @@ void LogProblem(const QString& strFile, const QString& strWhat)
                                     strWhat.toUtf8().constData());
 }
 
+// As Qt reads an INI file; it would leave out what it does not understand.
+bool IsIniLine(const QByteArray& line)
+{
+    const QByteArray text = line.trimmed();
+    if (text.isEmpty() || text.startsWith(';') || text.startsWith('#'))
+        return true;
+    return text.startsWith('[') ? text.endsWith(']') : text.contains('=');
+}
+
 // What is wrong with the file as such; empty when it can be read or is not there. Serialized values are not ours: they
 // are refused before they are decoded, because a count in them is believed.
 QString FileProblem(const QString& strFile)
@@ -46,8 +55,8 @@ QString FileProblem(const QString& strFile)
         return QStringLiteral("is too large");
     if (text.contains('\0') || text.contains("@Variant") || text.contains("@DateTime"))
         return QStringLiteral("holds values of an unknown kind");
-    const QSettings settings(strFile, QSettings::IniFormat);
-    return settings.status() == QSettings::NoError ? QString() : QStringLiteral("is no INI file");
+    const QList<QByteArray> lines = text.split('\n');
+    return std::all_of(lines.begin(), lines.end(), IsIniLine) ? QString() : QStringLiteral("is no INI file");
 }
 
 // Reads one value; one that is no good is logged and left at its default.
