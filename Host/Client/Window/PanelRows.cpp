@@ -51,8 +51,11 @@ bool PanelRows::Click(const QString& strRecordId, const QPoint& point) const
     const QPoint global = pViewport->mapToGlobal(place);
     QMouseEvent press(QEvent::MouseButtonPress, place, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
     QMouseEvent release(QEvent::MouseButtonRelease, place, global, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(pViewport, &press);
-    QCoreApplication::sendEvent(pViewport, &release);
+    const QPoint aside = m_pGrid->mapFromScene(m_pGrid->GetItem(strRecordId)->mapToScene(QPoint()));
+    QMouseEvent move(QEvent::MouseMove, aside, pViewport->mapToGlobal(aside), Qt::NoButton, Qt::NoButton,
+                     Qt::NoModifier);
+    for (QMouseEvent* pEvent : {&press, &release, &move})
+        QCoreApplication::sendEvent(pViewport, pEvent);
     return true;
 }
 
