@@ -25,6 +25,7 @@ constexpr Description Descriptions[] = {
     {FaultKind::Cut, "cut", "PERCENT", 50, 0, 99, "closes the connection after that part of the recording"},
     {FaultKind::Short, "short", "PERCENT", 50, 0, 99, "announces and sends only that part of the recording"},
     {FaultKind::Slow, "slow", "BYTES_PER_SECOND", 65536, 1, AnySize, "sends no faster than that"},
+    {FaultKind::Stall, "stall", "PERCENT", 50, 0, 99, "sends that part of the recording, then nothing more and no end"},
     {FaultKind::WrongLength, "wrong-length", "BYTES", 4096, -AnySize, AnySize,
      "announces so many bytes more (negative: less) than it sends"},
     {FaultKind::Never, "never", nullptr, 0, 0, 0, "takes the request and never answers"},

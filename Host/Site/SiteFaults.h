@@ -13,6 +13,7 @@ enum class FaultKind {
     Cut,
     Short,
     Slow,
+    Stall,
     WrongLength,
     Never,
     Refuse,

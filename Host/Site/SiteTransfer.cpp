@@ -31,6 +31,10 @@ SiteTransfer::SiteTransfer(const SiteServer& server, const SiteFaults& faults, c
         m_lAnnounced = std::max<qint64>(m_lAnnounced + *bytes, 1);
     if (const auto percent = faults.Find(FaultKind::Cut, recording))
         m_lLeft = Part(m_lLeft, *percent);
+    if (const auto percent = faults.Find(FaultKind::Stall, recording)) {
+        m_lLeft = Part(m_lLeft, *percent);
+        m_bStalls = true;
+    }
     m_lToPromise = m_lAnnounced;
     m_lRate = faults.Find(FaultKind::Slow, recording).value_or(0);
 }
@@ -43,6 +47,10 @@ std::string_view SiteTransfer::NextPiece()
 
 bool SiteTransfer::Send(httplib::DataSink& sink)
 {
+    if (m_bStalls && m_lLeft <= 0) {
+        m_server.Hang();
+        return false;
+    }
     // The library stops asking at the announced length: what goes beyond it goes in the same turn.
     do {
         const std::string_view piece = m_lLeft > 0 ? NextPiece() : std::string_view();

@@ -24,6 +24,7 @@ private:
     qint64 m_lAnnounced = 0;
     qint64 m_lLeft = 0;      // still to be sent, which may be less or more than was announced
     qint64 m_lToPromise = 0; // still to be sent until the announced length is reached
+    bool m_bStalls = false;  // stays silent when nothing is left
     qint64 m_lRate = 0;      // bytes per second; 0 is as fast as can be
 };
 

@@ -47,6 +47,7 @@ private slots:
     void MoreThanAnnouncedIsSentAndTheConnectionEnds();
     void SlowTransferTakesItsTime();
     void NeverIsNotAnswered();
+    void AStalledTransferStaysSilent();
     void FaultHitsOnlyItsRecord();
     void FaultHitsOnlyItsSource();
     void LastFaultOfAKindWins();
@@ -161,6 +162,27 @@ void SiteFaultsTest::NeverIsNotAnswered()
     QCOMPARE(socket.readAll(), QByteArray());
 }
 
+void SiteFaultsTest::AStalledTransferStaysSilent()
+{
+    KXHost::Site site;
+    QVERIFY(StartWith(site, {QStringLiteral("stall=10")}));
+    QTcpSocket socket;
+    Ask(socket, site, "/cloud/4611686018427400102");
+    QByteArray received;
+    QVERIFY(socket.waitForConnected(TimeLimitMs));
+    const auto hasATenth = [&] {
+        received += socket.readAll();
+        return received.size() - received.indexOf("\r\n\r\n") - 4 >= 275000;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(hasATenth(), TimeLimitMs);
+    QVERIFY(received.contains("Content-Length: 2750003\r\n"));
+    QVERIFY(!socket.waitForReadyRead(500));
+    QCOMPARE(received.size() - received.indexOf("\r\n\r\n") - 4, 275000);
+    QCOMPARE(socket.state(), QAbstractSocket::ConnectedState);
+    site.Stop();
+    QTRY_COMPARE_WITH_TIMEOUT(socket.state(), QAbstractSocket::UnconnectedState, TimeLimitMs);
+}
+
 void SiteFaultsTest::FaultHitsOnlyItsRecord()
 {
     KXHost::Site site;
@@ -236,6 +258,7 @@ void SiteFaultsTest::BadFaultIsAnErrorThatNamesIt_data()
     QTest::newRow("empty value") << QStringLiteral("slow=") << QStringLiteral("slow");
     QTest::newRow("whole as a part") << QStringLiteral("cut=100") << QStringLiteral("100");
     QTest::newRow("negative part") << QStringLiteral("short=-1") << QStringLiteral("-1");
+    QTest::newRow("a stall that never comes") << QStringLiteral("stall=100") << QStringLiteral("100");
     QTest::newRow("no speed at all") << QStringLiteral("slow=0") << QStringLiteral("slow");
     QTest::newRow("right length") << QStringLiteral("wrong-length=0") << QStringLiteral("wrong-length");
     QTest::newRow("value for none") << QStringLiteral("busy=3") << QStringLiteral("busy");
@@ -260,10 +283,11 @@ void SiteFaultsTest::BadFaultIsAnErrorThatNamesIt()
 void SiteFaultsTest::HelpListsEveryFault()
 {
     const QString strHelp = KXHost::Site::FaultHelp().join(QLatin1Char('\n'));
-    QCOMPARE(KXHost::Site::FaultHelp().size(), 15);
-    for (const char* pName : {"cut[=PERCENT]", "short[=PERCENT]", "slow[=BYTES_PER_SECOND]", "wrong-length[=BYTES]",
-                              "never", "refuse", "forbidden", "missing", "busy", "stale-nonce[=USES]", "cover-missing",
-                              "cover-garbage", "cover-no-picture", "cover-wrong-key", "cover-never"})
+    QCOMPARE(KXHost::Site::FaultHelp().size(), 16);
+    for (const char* pName :
+         {"cut[=PERCENT]", "short[=PERCENT]", "slow[=BYTES_PER_SECOND]", "stall[=PERCENT]", "wrong-length[=BYTES]",
+          "never", "refuse", "forbidden", "missing", "busy", "stale-nonce[=USES]", "cover-missing", "cover-garbage",
+          "cover-no-picture", "cover-wrong-key", "cover-never"})
         QVERIFY2(strHelp.contains(Latin(pName)), pName);
 }
 

@@ -74,6 +74,7 @@ void SiteStopTest::StopEndsWhateverHangs_data()
     QTest::addColumn<QByteArray>("request");
     const QByteArray big = Request("/cloud/4611686018427400104");
     QTest::newRow("clients that never get an answer") << QStringLiteral("never") << big;
+    QTest::newRow("clients that get a part") << QStringLiteral("stall=1") << big;
     QTest::newRow("clients that never get a cover")
         << QStringLiteral("cover-never") << Request("/covers/4611686018427400104");
     QTest::newRow("slow transfers") << QStringLiteral("slow=10") << big;
