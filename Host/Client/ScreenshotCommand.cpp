@@ -129,7 +129,7 @@ int RunScreenshot(const QStringList& arguments)
         return InputError;
     }
     if (line.IsSet(QStringLiteral("timeout"))) {
-        const std::optional<int> iSeconds = line.Number(QStringLiteral("timeout"), 1, 3600);
+        const std::optional<int> iSeconds = line.Number(QStringLiteral("timeout"), 0, 3600);
         if (!iSeconds)
             return InputError;
         options.iTimeoutSeconds = *iSeconds;

@@ -24,17 +24,17 @@ struct Actor
     const char* pszRecordId;
     Role role;
     int iGroup;           // groups are asked for one after the other, which gives the rows their order
-    const char* pszFault; // of the site, null: none
+    const char* pszFault; // of the site, null: none; what downloads stalls there for the picture
     int iPercent;         // at least, when it downloads
     bool bPicture;        // its row has a thumbnail
 };
 
 // clang-format off
 constexpr Actor Actors[] = {
-    {"KXN8R5120907_3_20240316T220000",   Role::Downloading, 0, "slow=3500000",  62, true},
+    {"KXN8R5120907_3_20240316T220000",   Role::Downloading, 0, "stall=63",      62, true},
     {"4611686018427400104",              Role::Paused,      1, "slow=20000000",  0, true},
     {"KXB1L6600342_1_20240401T180203",   Role::Failed,      2, "cut=30",         0, false},
-    {"KXN8R5120907_12_20240317T190000",  Role::Downloading, 3, "slow=700000",   24, true},
+    {"KXN8R5120907_12_20240317T190000",  Role::Downloading, 3, "stall=25",      24, true},
     {"KXD2S0048816_1_20240318T071111",   Role::Waiting,     3, nullptr,          0, true},
     {"KXN8R5120907_4_20240317T061230",   Role::Extra,       4, nullptr,          0, true},
     {"KXB1L6600342_1_20240401T074500",   Role::Extra,       4, nullptr,          0, false},
