@@ -5,10 +5,17 @@
 
 namespace {
 
+// Where there are drives, a path that begins with a slash lacks one.
+bool IsAbsolute(const QString& strPath)
+{
+    static const bool bDrives = QDir::rootPath() != QLatin1String("/");
+    return bDrives ? strPath.midRef(1, 2) == QLatin1String(":/") : strPath.startsWith(QLatin1Char('/'));
+}
+
 // True when the text may say the same as another one: "a/b", "/a//b", "/a/./b", "a\\b".
 bool NeedsCleaning(const QString& strPath)
 {
-    if (!strPath.startsWith(QLatin1Char('/')))
+    if (!IsAbsolute(strPath))
         return true;
     ushort uBefore = 0;
     for (const QChar c : strPath) {
