@@ -5,15 +5,25 @@
 #include <gcrypt.h>
 
 #include <algorithm>
+#include <cstdarg>
 #include <cstdint>
+#include <cstdio>
 
 namespace {
+
+// The library tells on the error output what it finds on the machine; only what is wrong matters to us.
+void OnLibraryMessage(void*, int iLevel, const char* pszFormat, va_list arguments)
+{
+    if (iLevel >= GCRY_LOG_ERROR && iLevel != GCRY_LOG_DEBUG)
+        std::vfprintf(stderr, pszFormat, arguments);
+}
 
 bool StartLibrary()
 {
     static const bool bStarted = [] {
         if (gcry_check_version("1.8.0") == nullptr)
             return false;
+        gcry_set_log_handler(OnLibraryMessage, nullptr);
         if (gcry_control(GCRYCTL_INITIALIZATION_FINISHED_P) == 0) {
             gcry_control(GCRYCTL_DISABLE_SECMEM, 0);
             gcry_control(GCRYCTL_INITIALIZATION_FINISHED, 0);
