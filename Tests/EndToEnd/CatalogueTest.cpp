@@ -33,7 +33,9 @@ void CatalogueTest::TheWholeCatalogueArrives()
         const QString strFile = entry.value("file"_s).toString();
         ++perSource[entry.value("source"_s).toString()];
         lLargest = qMax(lLargest, QFileInfo(strFile).size());
+#if !defined(Q_OS_WIN) // the program lies on the machine that builds
         QCOMPARE(QProcess::execute("ffprobe"_s, {"-v"_s, "error"_s, strFile}), 0);
+#endif
     }
     QCOMPARE(perSource, (QMap<QString, int>{{"cloud"_s, 5}, {"device"_s, 4}, {"iotLan"_s, 2}, {"lanModule"_s, 3}}));
     QVERIFY(lLargest >= 200000000);

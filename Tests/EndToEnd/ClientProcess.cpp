@@ -81,7 +81,7 @@ bool RunningClient::Start(const QStringList& arguments)
 QString RunningClient::Out()
 {
     m_out += m_process.readAllStandardOutput();
-    return QString::fromUtf8(m_out);
+    return TextOf(m_out);
 }
 
 void RunningClient::Signal(int iSignal)

@@ -22,6 +22,12 @@ constexpr std::chrono::milliseconds NeverMs(200);
 const QString Running = QStringLiteral("1 r 1");
 const QString Finished = QStringLiteral("1 r 2");
 
+#ifdef Q_OS_LINUX
+constexpr bool CanTellOpenFiles = true;
+#else
+constexpr bool CanTellOpenFiles = false;
+#endif
+
 // Open files of this process by their path; nothing where the system cannot tell.
 bool IsOpen(const QString& strPath)
 {
@@ -98,7 +104,7 @@ void KXLogicStopTest::StopClosesTheFileAndEndsTheTransfer()
     TransferListener listener(*m_pLogic);
     QCOMPARE(Start("r"), 0);
     QTRY_VERIFY_WITH_TIMEOUT(listener.Received(QStringLiteral("1 r")) > 100000, WaitMs);
-    if (QFile::exists(QStringLiteral("/proc/self/fd")))
+    if (CanTellOpenFiles)
         QVERIFY(IsOpen(Path(QStringLiteral("a.mp4"))));
     QCOMPARE(m_pLogic->StopDeviceRecordDownload("r"), 0);
     QVERIFY(!IsOpen(Path(QStringLiteral("a.mp4"))));

@@ -176,6 +176,8 @@ ScriptedServer::Script Answer::Endless(int iPieceSize)
         QObject::connect(pTimer, &QTimer::timeout, &socket, [&socket, iPieceSize] {
             if (socket.bytesToWrite() < 4 * 1024 * 1024)
                 socket.write(QByteArray(iPieceSize, 'e'));
+            else
+                socket.flush(); // that the client is gone may show in an attempt only
         });
         pTimer->start(5);
     };

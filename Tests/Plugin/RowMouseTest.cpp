@@ -72,13 +72,13 @@ void RowMouseTest::HoveringShowsTheHoverPictureAndAHand()
     QFETCH(int, icon);
     RowRig rig;
     rig.Row().SetState(state);
-    QTest::mouseMove(rig.Viewport(), RowRig::NoButton);
+    rig.Hover(RowRig::NoButton);
     QTRY_COMPARE(rig.Row().cursor().shape(), Qt::ArrowCursor);
-    QTest::mouseMove(rig.Viewport(), RowRig::StateButton);
+    rig.Hover(RowRig::StateButton);
     QTRY_COMPARE(rig.Shown(RowRig::StateButton), rig.Icon(icon, true));
     QCOMPARE(rig.Row().cursor().shape(), Qt::PointingHandCursor);
 
-    QTest::mouseMove(rig.Viewport(), RowRig::NoButton);
+    rig.Hover(RowRig::NoButton);
     QTRY_COMPARE(rig.Shown(RowRig::StateButton), rig.Icon(icon, false));
     QCOMPARE(rig.Row().cursor().shape(), Qt::ArrowCursor);
 }
@@ -86,9 +86,9 @@ void RowMouseTest::HoveringShowsTheHoverPictureAndAHand()
 void RowMouseTest::HoveringTheDeleteButtonLeavesTheStateButton()
 {
     RowRig rig;
-    QTest::mouseMove(rig.Viewport(), RowRig::StateButton);
+    rig.Hover(RowRig::StateButton);
     QTRY_COMPARE(rig.Shown(RowRig::StateButton), rig.Icon(1, true));
-    QTest::mouseMove(rig.Viewport(), RowRig::DeleteButton);
+    rig.Hover(RowRig::DeleteButton);
     QTRY_COMPARE(rig.Shown(RowRig::DeleteButton), rig.Icon(2, true));
     QCOMPARE(rig.Shown(RowRig::StateButton), rig.Icon(1, true));
     QCOMPARE(rig.Row().cursor().shape(), Qt::PointingHandCursor);

@@ -68,6 +68,8 @@ public:
     {
         QTest::mouseClick(Viewport(), button, Qt::NoModifier, pos);
     }
+    // By the window, so that it is this process's own pointer: the tests that run beside it share the screen's.
+    void Hover(const QPoint& pos) { QTest::mouseMove(m_view.windowHandle(), Viewport()->mapTo(&m_view, pos)); }
     // The picture of the normal or hover form of a button key, as the row shows it.
     QImage Icon(int iKey, bool bHover)
     {

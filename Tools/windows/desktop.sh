@@ -17,7 +17,7 @@ down() {
     if [[ -r $folder/display.pid ]] && grep -qs Xvfb "/proc/$(<"$folder/display.pid")/comm"; then
         kill "$(<"$folder/display.pid")"
     fi
-    rm -f "$folder"/display "$folder/display.pid" "$folder"/test.*
+    rm -rf "$folder"/display "$folder/display.pid" "$folder"/test.*
 }
 
 show() {
@@ -39,6 +39,8 @@ show() {
     export DISPLAY
 }
 
+set_value() { timeout 60 "$wine" reg add "$1" /v "$2" /d "$3" /f; }
+
 up() {
     down
     show
@@ -46,7 +48,10 @@ up() {
         if ! [[ -e $folder/ready ]]; then
             mkdir -p "$WINEPREFIX"
             timeout 300 "$wine" wineboot --init
-            timeout 60 "$wine" reg add 'HKCU\Software\Wine' /v Version /d win10 /f
+            # A desktop of its own: without a window manager around them windows would not become active.
+            set_value 'HKCU\Software\Wine' Version win10
+            set_value 'HKCU\Software\Wine\Explorer' Desktop kx
+            set_value 'HKCU\Software\Wine\Explorer\Desktops' kx 1600x1200
             timeout 60 "$server" -w
             touch "$folder/ready"
         fi

@@ -18,12 +18,14 @@ wine=/usr/lib/wine/wine64
 if [[ $1 != --test ]]; then
     exec "$wine" "$@"
 fi
+# Wine's services may outlive the program, and would keep a pipe of ours open.
 program=$2
-output=$(mktemp "$folder/test.XXXXXX")
-trap 'rm -f "$output"' EXIT
+output=$(mktemp -d "$folder/test.XXXXXX")
+trap 'rm -rf "$output"' EXIT
 status=0
-"$wine" "$program" -o "Z:$output,txt" || status=$?
-tr -d '\r' <"$output"
+"$wine" "$program" -o "Z:$output/report,txt" >"$output/said" 2>&1 </dev/null || status=$?
+cat "$output/said"
+tr -d '\r' <"$output/report"
 # Without totals it ended before its end, whatever it says.
-grep -q '^Totals:' "$output" || status=1
+grep -q '^Totals:' "$output/report" || status=1
 exit "$status"
