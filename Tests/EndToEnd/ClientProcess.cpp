@@ -24,6 +24,12 @@ QString ClientFile()
     return QCoreApplication::applicationDirPath() + QStringLiteral("/kxclient");
 }
 
+// What a program wrote, with a line end of one character on every system.
+QString TextOf(QByteArray written)
+{
+    return QString::fromUtf8(written.replace("\r\n", "\n"));
+}
+
 // What the client said belongs to what a run leaves behind.
 const ClientResult& Kept(const ClientResult& result)
 {
@@ -59,8 +65,8 @@ ClientResult RunClient(const QStringList& arguments, const QStringList& environm
     ClientResult result;
     const bool bEnded = process.waitForFinished(LongestRunMs) && process.exitStatus() == QProcess::NormalExit;
     result.iExit = bEnded ? process.exitCode() : -1;
-    result.strOut = QString::fromUtf8(process.readAllStandardOutput());
-    result.strErr = QString::fromUtf8(process.readAllStandardError());
+    result.strOut = TextOf(process.readAllStandardOutput());
+    result.strErr = TextOf(process.readAllStandardError());
     return Kept(result);
 }
 
@@ -100,7 +106,7 @@ ClientResult RunningClient::Finish()
     const bool bEnded = m_process.waitForFinished(LongestRunMs) && m_process.exitStatus() == QProcess::NormalExit;
     result.iExit = bEnded ? m_process.exitCode() : -1;
     result.strOut = Out();
-    result.strErr = QString::fromUtf8(m_process.readAllStandardError());
+    result.strErr = TextOf(m_process.readAllStandardError());
     return Kept(result);
 }
 
