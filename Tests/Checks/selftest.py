@@ -181,6 +181,18 @@ class Exports(CheckCase):
     def test_a_missing_symbol_is_found(self):
         self.assert_exports("Given\nKind::Run()\nGone\n", ":3: not exported: Gone")
 
+    def test_needed_libraries_are_compared(self):
+        source = self.write("a.cpp", "int Given() { return 1; }\n")
+        library = self.root / "a.so"
+        subprocess.run(["c++", "-shared", "-fPIC", "-nostdlib", "-Wl,--no-as-needed", "-o", library, source, "-lm"],
+                       check=True)
+        for listed, messages in (("libm.so.6\n", []), ("libm.so.6\nlibd.so\n", [":2: not imported: libd.so"]),
+                                 ("# none\n", [":0: imported, but not listed: libm.so.6"])):
+            entries = self.write("imports.txt", listed)
+            status, lines, error = run(HERE / "exports.py", "--imports", library, entries)
+            self.assertEqual((status, [line for line in lines if line], error),
+                             (1 if messages else 0, [f"{entries}{message}" for message in messages], ""))
+
 
 class Canaries(CheckCase):
     script = "canaries.py"
