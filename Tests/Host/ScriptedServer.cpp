@@ -109,6 +109,12 @@ void ScriptedServer::Accept(QTcpSocket* pSocket)
         pSocket->deleteLater();
         CountOpen(-1);
     });
+#ifdef Q_OS_WIN
+    // Under load Wine loses the notice that a client is gone; asking finds out.
+    auto* const pTimer = new QTimer(pSocket);
+    QObject::connect(pTimer, &QTimer::timeout, pSocket, [pSocket] { pSocket->waitForReadyRead(0); });
+    pTimer->start(100);
+#endif
 }
 
 void ScriptedServer::OnReadyRead(QTcpSocket& socket)
