@@ -83,7 +83,7 @@ bool RecordDownloadModule::JudgeDiskIsFull()
 {
     if (!m_bDiskGuardArmed)
         return false;
-    const quint64 uFreeMiB = FreeBytesOfVolume(m_strDownloadDir.toLocal8Bit()).value_or(0) >> 20;
+    const quint64 uFreeMiB = FreeBytesOfVolume(m_strDownloadDir).value_or(0) >> 20;
     if (uFreeMiB < MinFreeMiB) {
         KX_ENGINE_LOG(LogFailure, "RecordDownloadModule::JudgeDiskIsFull", "%s",
                       "The free disk space is less than 50 MB.");

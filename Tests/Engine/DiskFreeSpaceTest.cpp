@@ -16,6 +16,8 @@ private slots:
     void AFoldersVolumeIsMeasured();
     void WhatNamesNoFolderCannotBeMeasured_data();
     void WhatNamesNoFolderCannotBeMeasured();
+    void ASmallVolumeIsMeasuredToTheMebibyte_data();
+    void ASmallVolumeIsMeasuredToTheMebibyte();
 
 private:
     ScratchDir m_folder;
@@ -25,9 +27,11 @@ void DiskFreeSpaceTest::AFoldersVolumeIsMeasured_data()
 {
     QTest::addColumn<QString>("folder");
     QVERIFY(QDir(m_folder.path()).mkpath(QStringLiteral("an ä folder")));
+    QVERIFY(QDir(m_folder.path()).mkpath(QStringLiteral("北门 камера")));
     QTest::newRow("a folder") << m_folder.path();
     QTest::newRow("a slash at its end") << m_folder.path() + QLatin1Char('/');
     QTest::newRow("a name that is not ASCII") << m_folder.filePath(QStringLiteral("an ä folder"));
+    QTest::newRow("letters of another alphabet") << m_folder.filePath(QStringLiteral("北门 камера"));
     QTest::newRow("the root") << QDir::rootPath();
     for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
         if (volume.isReady() && volume.bytesAvailable() > 0)
@@ -41,7 +45,7 @@ void DiskFreeSpaceTest::AFoldersVolumeIsMeasured()
     QFETCH(QString, folder);
     const auto agrees = [&folder] {
         const quint64 uBefore = static_cast<quint64>(QStorageInfo(folder).bytesAvailable());
-        const std::optional<quint64> measured = FreeBytesOfVolume(folder.toLocal8Bit());
+        const std::optional<quint64> measured = FreeBytesOfVolume(folder);
         const quint64 uAfter = static_cast<quint64>(QStorageInfo(folder).bytesAvailable());
         return measured && uAfter > 0 && *measured >= qMin(uBefore, uAfter) && *measured <= qMax(uBefore, uAfter);
     };
@@ -58,7 +62,43 @@ void DiskFreeSpaceTest::WhatNamesNoFolderCannotBeMeasured_data()
 void DiskFreeSpaceTest::WhatNamesNoFolderCannotBeMeasured()
 {
     QFETCH(QString, folder);
-    QVERIFY(!FreeBytesOfVolume(folder.toLocal8Bit()).has_value());
+    QVERIFY(!FreeBytesOfVolume(folder).has_value());
+}
+
+void DiskFreeSpaceTest::ASmallVolumeIsMeasuredToTheMebibyte_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<int>("freeMiB");
+    for (const int iMiB : {49, 50, 51}) {
+        for (const QString& strFolder :
+             {QStringLiteral("plain"), QStringLiteral("Aufnahmen für später"), QStringLiteral("北门 камера")})
+            QTest::newRow(qPrintable(QStringLiteral("%1 MiB, %2").arg(iMiB).arg(strFolder))) << strFolder << iMiB;
+    }
+}
+
+// The volume is this test's own: all of it that is not free is in the file that the test writes.
+void DiskFreeSpaceTest::ASmallVolumeIsMeasuredToTheMebibyte()
+{
+    QFETCH(QString, folder);
+    QFETCH(int, freeMiB);
+    const QString strVolume = qEnvironmentVariable("KX_SMALL_VOLUME");
+    QFile reason(strVolume + QStringLiteral("/reason"));
+    if (strVolume.isEmpty())
+        QSKIP("no small volume was made for this run");
+    if (reason.open(QIODevice::ReadOnly))
+        QSKIP(reason.readAll().constData());
+    const QString strFolder = strVolume + QLatin1Char('/') + folder;
+    QVERIFY(QDir().mkpath(strFolder));
+    QFile filler(strVolume + QStringLiteral("/filler"));
+    QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    const QByteArray mebibyte(1 << 20, 'x');
+    for (int iWritten = 0; iWritten < 64 - freeMiB; ++iWritten)
+        QCOMPARE(filler.write(mebibyte), qint64(mebibyte.size()));
+    filler.close();
+    const std::optional<quint64> measured = FreeBytesOfVolume(strFolder);
+    QVERIFY(measured.has_value());
+    QCOMPARE(static_cast<int>(*measured >> 20), freeMiB);
+    QCOMPARE(static_cast<int>((*measured - 1) >> 20), freeMiB - 1); // to the byte
 }
 
 QTEST_GUILESS_MAIN(DiskFreeSpaceTest)

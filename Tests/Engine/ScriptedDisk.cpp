@@ -29,8 +29,8 @@ const QList<QByteArray>& ScriptedDisk::Asked()
     return g_volume.asked;
 }
 
-std::optional<quint64> FreeBytesOfVolume(const QByteArray& folder)
+std::optional<quint64> FreeBytesOfVolume(const QString& strFolder)
 {
-    g_volume.asked.append(folder);
+    g_volume.asked.append(strFolder.toUtf8());
     return g_volume.freeBytes;
 }

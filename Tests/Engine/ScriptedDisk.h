@@ -14,7 +14,7 @@ constexpr quint64 MiB = 1024 * 1024;
 void Reset();
 // No value: the query fails.
 void SetFreeBytes(std::optional<quint64> freeBytes);
-// The folders that were asked for, in order, as the engine gave them.
+// The folders that were asked for, in order, as UTF-8.
 const QList<QByteArray>& Asked();
 
 } // namespace ScriptedDisk

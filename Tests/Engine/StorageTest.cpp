@@ -2,7 +2,6 @@
 
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
-#include <QtCore/QTextCodec>
 #include <QtTest/QtTest>
 
 // Target folders, unique paths, the disk guard, removal of partial files, registration of finished ones: driven from
@@ -29,7 +28,6 @@ private slots:
     void FullDiskIsLoggedOncePerSchedulerRun();
     void GuardDisarmsAtTheFirstRunWithRoom();
     void EventArmsTheGuardAgain();
-    void FolderIsMeasuredInTheLocalEncoding();
     void DeletingRemovesFileAndPicture_data();
     void DeletingRemovesFileAndPicture();
     void FileThatCannotBeRemovedIsLoggedAsFailure_data();
@@ -259,17 +257,6 @@ void StorageTest::EventArmsTheGuardAgain()
     rig.SendOne(rig.Device("b"));
     QCOMPARE(rig.Calls().Count("Start"), 0);
     QCOMPARE(ScriptedDisk::Asked(), (QList<QByteArray>{"/v", "/v"}));
-}
-
-void StorageTest::FolderIsMeasuredInTheLocalEncoding()
-{
-    EngineRig rig;
-    QTextCodec* const pBefore = QTextCodec::codecForLocale();
-    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
-    rig.Send("EventNotifyDeleteDownloadRecord", {QString::fromUtf8("/v/ä")});
-    rig.SendTyped(1, "7");
-    QTextCodec::setCodecForLocale(pBefore);
-    QCOMPARE(ScriptedDisk::Asked(), QList<QByteArray>{"/v/\xe4"});
 }
 
 void StorageTest::DeletingRemovesFileAndPicture_data()
