@@ -1,0 +1,32 @@
+# What is shipped: `cpack` in the build folder makes on Windows a ZIP that runs from any folder, and on Linux a Debian
+# package. Client, plug-in and the host's libraries lie side by side in both.
+set(KX_SHIPPED kxclient KXRecordManage ktl KXBase KXLogic KXGui)
+set(CPACK_PACKAGE_NAME kxrecordmanage)
+set(CPACK_PACKAGE_CONTACT "KXRecordManage maintainers <maintainers@kxrecordmanage.example>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Downloads recordings of surveillance cameras, with its plug-in")
+set(CPACK_STRIP_FILES ON)
+
+if(WIN32)
+    set(CPACK_GENERATOR ZIP)
+    set(CPACK_PACKAGE_FILE_NAME "${CPACK_PACKAGE_NAME}-${PROJECT_VERSION}-windows-x64")
+    set(place .)
+    if(MINGW AND CMAKE_CROSSCOMPILING)
+        include(Windows/KXShippedNeighbours)
+    endif()
+else()
+    set(CPACK_GENERATOR DEB)
+    set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+    set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+    set(CPACK_DEBIAN_PACKAGE_SECTION video)
+    set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
+    # Plug-ins of Qt, which no library names.
+    set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt5sql5-sqlite, libqt5svg5")
+    set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+    set(place lib/kxrecordmanage)
+    set_target_properties(${KX_SHIPPED} PROPERTIES INSTALL_RPATH "$ORIGIN")
+    file(CREATE_LINK "../${place}/kxclient" "${CMAKE_BINARY_DIR}/link/kxclient" SYMBOLIC)
+    install(FILES "${CMAKE_BINARY_DIR}/link/kxclient" DESTINATION bin)
+endif()
+
+install(TARGETS ${KX_SHIPPED} RUNTIME DESTINATION "${place}" LIBRARY DESTINATION "${place}")
+include(CPack)
