@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds everything and runs every test. Prints what fails, then one line that counts the test functions.
-#   ./test.sh [--preset dev|release|asan|tsan] [--filter REGEX]
+#   ./test.sh [--preset dev|release|asan|tsan|windows] [--filter REGEX]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 # shellcheck source=Tools/quiet.sh
@@ -33,6 +33,7 @@ case $preset in
         KX_TSAN_QT=$(Tools/tsan/build-qt.sh)
         export KX_TSAN_QT
         ;;
+    windows) Tools/windows/build-toolchain.sh >/dev/null ;;
     *) usage ;;
 esac
 
