@@ -35,3 +35,27 @@ function(kx_add_test name)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment}" WORKING_DIRECTORY "${scratch}"
                          FIXTURES_REQUIRED Scratch)
 endfunction()
+
+# A volume of their own for tests that want one: kx_add_small_volume() once, then kx_needs_small_volume(NAME) for each, which
+# finds its folder (on Windows the drive) in KX_SMALL_VOLUME.
+function(kx_add_small_volume)
+    set(script "${CMAKE_SOURCE_DIR}/Tests/small-volume.sh")
+    set(folder "${CMAKE_BINARY_DIR}/small-volume")
+    add_test(NAME SmallVolumeUp COMMAND "${script}" up "${folder}" ${KX_WINE_FOLDER})
+    add_test(NAME SmallVolumeDown COMMAND "${script}" down "${folder}" ${KX_WINE_FOLDER})
+    set_tests_properties(SmallVolumeUp PROPERTIES FIXTURES_SETUP SmallVolume)
+    set_tests_properties(SmallVolumeDown PROPERTIES FIXTURES_CLEANUP SmallVolume)
+    if(KX_WINE)
+        set_tests_properties(SmallVolumeUp SmallVolumeDown PROPERTIES FIXTURES_REQUIRED WineDesktop)
+    endif()
+endfunction()
+
+function(kx_needs_small_volume name)
+    if(KX_WINE)
+        set(volume V:)
+    else()
+        set(volume "${CMAKE_BINARY_DIR}/small-volume")
+    endif()
+    set_property(TEST ${name} APPEND PROPERTY FIXTURES_REQUIRED SmallVolume)
+    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "KX_SMALL_VOLUME=${volume}")
+endfunction()
