@@ -1,5 +1,7 @@
 #include "Host/KXLogic/RecordSink.h"
 
+#include "Host/KXLogic/TargetPath.h"
+
 #include <utility>
 
 namespace KXHost {
@@ -64,14 +66,16 @@ bool RecordSink::IsStopped() const
 // Unbuffered: the pieces are large already, and a full disk is told by the very write.
 bool RecordSink::Open()
 {
-    if (!m_bOpened)
+    if (!m_bOpened && TargetProblem(m_file.fileName()).isEmpty())
         m_bOpened = m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered);
     return m_bOpened;
 }
 
 TransferOutcome RecordSink::FileFailure()
 {
-    return {TransferState::Failed, QStringLiteral("cannot write the file: ") + m_file.errorString()};
+    const QString strProblem = TargetProblem(m_file.fileName());
+    return {TransferState::Failed,
+            QStringLiteral("cannot write the file: ") + (strProblem.isEmpty() ? m_file.errorString() : strProblem)};
 }
 
 TransferOutcome RecordSink::CipherFailure(CipherResult result) const

@@ -37,8 +37,6 @@ QString NameProblem(const QString& strName)
 
 QString TargetProblem(const QString& strPath, FileNames names)
 {
-    if (strPath.isEmpty() || strPath.contains(QChar()))
-        return QStringLiteral("the file path is no path");
     if (names == FileNames::Any)
         return QString();
     static const QRegularExpression separator(QStringLiteral("[/\\\\]"));

@@ -1,7 +1,6 @@
 #include "Host/KXLogic/TransferSource.h"
 
 #include "Host/KXLogic/SettingsStore.h"
-#include "Host/KXLogic/TargetPath.h"
 #include "Host/KXLogic/Transfer.h"
 #include "Host/KXLogic/UrlTemplate.h"
 #include "Host/ktl/LogSettings.h"
@@ -89,9 +88,10 @@ bool TransferSource::Prepare(const KXLogic::DownloadRequest& request, const std:
                              TransferOrder& order, QString& strReason) const
 {
     const QString strFilePath = QString::fromStdString(request.strFilePath);
-    strReason = TargetProblem(strFilePath);
-    if (!strReason.isEmpty())
+    if (strFilePath.isEmpty() || strFilePath.contains(QChar())) {
+        strReason = QStringLiteral("the file path is no path");
         return false;
+    }
     const auto pSettings = CurrentSettings();
     const SourceSettings& settings = pSettings->sources[static_cast<std::size_t>(m_iRecordType)];
     order.url = ExpandUrl(settings.strUrl, request, strReason);

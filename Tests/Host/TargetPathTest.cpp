@@ -14,7 +14,6 @@ private slots:
     void WindowsNames_data();
     void WindowsNames();
     void OtherSystemsTakeAnyName();
-    void APathHasACharacterAndNoZero();
 };
 
 void TargetPathTest::WindowsNames_data()
@@ -58,15 +57,6 @@ void TargetPathTest::OtherSystemsTakeAnyName()
 {
     QCOMPARE(KXHost::TargetProblem(QStringLiteral("/d/12:30 <a>?.mp4"), FileNames::Any), QString());
     QCOMPARE(KXHost::TargetProblem(QStringLiteral("/d/CON.mp4"), FileNames::Any), QString());
-}
-
-void TargetPathTest::APathHasACharacterAndNoZero()
-{
-    const QString problem = QStringLiteral("the file path is no path");
-    for (const FileNames names : {FileNames::Any, FileNames::Windows}) {
-        QCOMPARE(KXHost::TargetProblem(QString(), names), problem);
-        QCOMPARE(KXHost::TargetProblem(QStringLiteral("/d/a") + QChar() + QStringLiteral("b"), names), problem);
-    }
 }
 
 QTEST_GUILESS_MAIN(TargetPathTest)
