@@ -14,7 +14,7 @@ build=(
 )
 checks=(clang clang-tidy clang-format shellcheck)
 bench=(curl)
-unpack=(xz-utils)
+unpack=(xz-utils dpkg-dev)
 picture=(xvfb xauth fonts-dejavu-core fonts-wqy-microhei)
 tsan=(dpkg-dev make perl tcl libfontconfig-dev libfreetype-dev zlib1g-dev)
 windows=(
