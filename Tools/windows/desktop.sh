@@ -55,7 +55,11 @@ up() {
             timeout 60 "$server" -w
             touch "$folder/ready"
         fi
-        "$server" -p600 # stays between programs, so that each starts quickly
+        "$server" -p600
+        # Wine's services end with the last program and start anew with the next, during which two programs get into each
+        # other's way: the desktop itself is a program that stays.
+        "$wine" explorer /desktop=kx,1600x1200 &
+        timeout 60 "$wine" cmd /c exit
     } >"$folder/wine.log" 2>&1 </dev/null || {
         tail -n 20 "$folder/wine.log" >&2
         exit 1
