@@ -59,3 +59,15 @@ function(kx_needs_small_volume name)
     set_property(TEST ${name} APPEND PROPERTY FIXTURES_REQUIRED SmallVolume)
     set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "KX_SMALL_VOLUME=${volume}")
 endfunction()
+
+# Tests that show windows, by their names or, without names, all tests of the folder so far: where they share a screen they
+# run one at a time, for a window that becomes active closes the popups of another.
+function(kx_shows_windows)
+    set(names ${ARGN})
+    if(NOT names)
+        get_property(names DIRECTORY PROPERTY TESTS)
+    endif()
+    if(KX_WINE)
+        set_tests_properties(${names} PROPERTIES RESOURCE_LOCK Screen)
+    endif()
+endfunction()
