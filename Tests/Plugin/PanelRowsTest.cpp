@@ -119,6 +119,7 @@ void PanelRowsTest::ProgressIsPaintedWithTheNextFrame()
     rig.Panel().OnDownloadRecordData(QStringLiteral("a"), 400);
     QTRY_VERIFY(painted.Contains(QRect(170, 30, 300, 40)));
     rig.Panel().hide();
+    EngineRig::Settle(); // a popup that shows again before the system knows that it went is closed
     rig.Panel().OnDownloadRecordData(QStringLiteral("a"), 100);
     painted.Forget();
     rig.Panel().show();
@@ -142,9 +143,10 @@ void PanelRowsTest::ManyReportsAreOnePaintOfTheirRow()
         rig.Panel().OnDownloadRecordData(iTurn % 2 ? QStringLiteral("a") : QStringLiteral("b"), 1);
         QCoreApplication::processEvents();
     }
-    const qint64 lFrames = time.elapsed() / 16 + 1; // the offscreen screen shows 60 a second
+    const qint64 lFrames = time.elapsed() / 16 + 1; // the screen shows 60 a second
     QTRY_VERIFY(painted.Contains(QRect(170, 30, 300, 128)));
-    QVERIFY2(painted.Count() <= lFrames, qPrintable(QString::number(painted.Count())));
+    QVERIFY2(painted.Count() <= 2 * lFrames, // each row by itself, where the system paints parts by themselves
+             qPrintable(QString::number(painted.Count())));
     QCOMPARE(rig.Record("a").lReceivedSize + rig.Record("b").lReceivedSize, qint64(500));
 }
 

@@ -4,6 +4,7 @@
 
 #include <QtCore/QBuffer>
 #include <QtCore/QFile>
+#include <QtWidgets/QApplication>
 
 namespace {
 
@@ -46,6 +47,7 @@ class RowPaintTest : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void ARowIs610By88AndKeyedByItsRecordId();
     void TheTrackLiesBehindTheFill();
     void TheFillGrowsWithWhatWasReceived();
@@ -63,6 +65,14 @@ private slots:
     void PausedAndFailedRowsStartOver();
     void TheSecondLayoutMovesTheButtonsBelow();
 };
+
+// The thin letters of some fonts would have no pixel of their full colour.
+void RowPaintTest::initTestCase()
+{
+    QFont font = QApplication::font();
+    font.setStyleStrategy(QFont::NoAntialias);
+    QApplication::setFont(font);
+}
 
 void RowPaintTest::ARowIs610By88AndKeyedByItsRecordId()
 {
