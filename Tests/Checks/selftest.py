@@ -194,6 +194,41 @@ class Exports(CheckCase):
                              (1 if messages else 0, [f"{entries}{message}" for message in messages], ""))
 
 
+class Closure(CheckCase):
+    """Needs the cross compiler: registered for Windows builds only."""
+
+    def judged(self, *names):
+        """A program that needs b.dll, which needs nothing but the system; only these files are in the folder."""
+        made = self.root / "made"
+        folder = self.root / "folder"
+        for place in (made, folder):
+            place.mkdir()
+        plain = ["x86_64-w64-mingw32-gcc", "-nostdlib", "-Wl,--entry=Run", "-o"]
+        library = self.write("b.c", "__declspec(dllexport) int Given() { return 1; }\nint Run() { return 1; }\n")
+        program = self.write("a.c", "int Given(); int GetTickCount();\nint Run() { return Given() + GetTickCount(); }\n")
+        subprocess.run([*plain, made / "b.dll", "-shared", library], check=True)
+        subprocess.run([*plain, made / "c.dll", "-shared", library], check=True)
+        subprocess.run([*plain, made / "a.exe", program, made / "b.dll", "-lkernel32"], check=True)
+        for name in names:
+            (folder / name).write_bytes((made / name).read_bytes())
+        system = self.write("system.txt", "# there everywhere\nKernel32.DLL\n")
+        status, lines, error = run(HERE / "closure.py", folder, system)
+        self.assertEqual(error, "")
+        return status, [line for line in lines if line]
+
+    def test_a_whole_folder_passes(self):
+        self.assertEqual(self.judged("a.exe", "b.dll"), (0, []))
+
+    def test_a_missing_dll_is_found(self):
+        self.assertEqual(self.judged("a.exe"), (1, ["a.exe: needs b.dll, which is not there"]))
+
+    def test_a_dll_too_many_is_found(self):
+        self.assertEqual(self.judged("a.exe", "b.dll", "c.dll"), (1, ["c.dll: nobody needs it"]))
+
+    def test_an_empty_folder_is_not_whole(self):
+        self.assertEqual(self.judged(), (1, [f"{self.root / 'folder'}: no program in it"]))
+
+
 class Canaries(CheckCase):
     script = "canaries.py"
 

@@ -4,7 +4,7 @@
 # it came by it. Does nothing when it is there already.
 #   Tools/windows/build-toolchain.sh [FOLDER]     FOLDER: where it goes, by default build/windows-toolchain
 # Qt comes from the archive that KX_WINDOWS_PREFIX_ARCHIVE names, or from ../shared/windows/prefix.tar.xz beside this tree,
-# or else is built from Debian's source packages, which takes about half an hour on two cores.
+# or else is built from Debian's source packages, which took an hour on two busy cores.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 # shellcheck source=Tools/prefix.sh
