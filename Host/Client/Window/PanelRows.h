@@ -22,8 +22,8 @@ public:
     QStringList InView() const;
     // A part of a row, given in the row's coordinates, in those of the panel.
     QRect PlaceOf(const QString& strRecordId, const QRect& part) const;
-    // Presses and releases the left mouse button at a point of a row and moves the pointer off the buttons. False when the
-    // row is not in view.
+    // Presses and releases the left mouse button at a point of a row and moves the pointer off the buttons. False when
+    // the row is not in view.
     bool Click(const QString& strRecordId, const QPoint& point) const;
 
 private:
