@@ -4,6 +4,7 @@
 
 #include "DownloadWidget/DownloadItem.h"
 #include "DownloadWidget/PanelLog.h"
+#include "DownloadWidget/PanelShadow.h"
 #include "DownloadWidget/RecordMetaType.h"
 #include "DownloadWidget/SaveDeviceRecordThumbWorker.h"
 #include "DownloadWidget/ThumbnailCache.h"
@@ -15,7 +16,6 @@
 
 #include <QtCore/QThread>
 #include <QtCore/QTimer>
-#include <QtWidgets/QGraphicsDropShadowEffect>
 #include <QtWidgets/QScrollBar>
 
 // The panel's window: how it is built, shown and taken down. What its slots do lies in DownloadWidgetRows.cpp.
@@ -56,7 +56,7 @@ void DownloadWidget::SetUpWindow()
     setWindowTitle(tr("common_download_list"));
     setWindowFlags(Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
     setAttribute(Qt::WA_TranslucentBackground);
-    auto* pShadow = new QGraphicsDropShadowEffect(this);
+    auto* pShadow = new PanelShadow(*this);
     pShadow->setBlurRadius(10.0);
     pShadow->setColor(KXColor::color(QStringLiteral("pc008"), 1.0));
     pShadow->setOffset(0, 0);

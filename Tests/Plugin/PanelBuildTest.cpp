@@ -69,6 +69,8 @@ void PanelBuildTest::TheWindowIsABorderlessPopUpWithAShadow()
     QVERIFY(panel.testAttribute(Qt::WA_TranslucentBackground));
     auto* pShadow = qobject_cast<QGraphicsDropShadowEffect*>(panel.graphicsEffect());
     QVERIFY(pShadow);
+    QCOMPARE(pShadow->parent(), &panel);
+    QCOMPARE(panel.findChild<QGraphicsDropShadowEffect*>(), pShadow);
     QCOMPARE(pShadow->blurRadius(), 10.0);
     QCOMPARE(pShadow->color(), QColor(0xC9, 0xD0, 0xDA, 0xFF)); // pc008 of the light table
     QCOMPARE(pShadow->offset(), QPointF(0, 0));
