@@ -1,5 +1,5 @@
-// From Init to the first paint, against an empty dialog with an empty graphics view and a shadow like the panel's; and
-// how often the idle panel wakes the processor. The shipped library, as a host loads it.
+// From Init to the first paint, and one more paint of the shown panel, each against an empty dialog with an empty
+// graphics view; and how often the idle panel wakes the processor. The shipped library, as a host loads it.
 
 #include "RatioMain.h"
 
@@ -53,19 +53,24 @@ void Finish()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
+void FillDialog(QDialog& dialog, bool bShadow)
+{
+    dialog.setFixedSize(630, 564);
+    if (bShadow) {
+        auto* pShadow = new QGraphicsDropShadowEffect(&dialog);
+        pShadow->setBlurRadius(10.0);
+        pShadow->setOffset(0, 0);
+        dialog.setGraphicsEffect(pShadow);
+    }
+    auto* pLayout = new QVBoxLayout(&dialog);
+    pLayout->addWidget(new QGraphicsView(new QGraphicsScene(&dialog), &dialog));
+}
+
 void ShowDialog(benchmark::State& state, bool bShadow)
 {
     for (auto _ : state) {
         QDialog dialog;
-        dialog.setFixedSize(630, 564);
-        if (bShadow) {
-            auto* pShadow = new QGraphicsDropShadowEffect(&dialog);
-            pShadow->setBlurRadius(10.0);
-            pShadow->setOffset(0, 0);
-            dialog.setGraphicsEffect(pShadow);
-        }
-        auto* pLayout = new QVBoxLayout(&dialog);
-        pLayout->addWidget(new QGraphicsView(new QGraphicsScene(&dialog), &dialog));
+        FillDialog(dialog, bShadow);
         dialog.show();
         TurnUntilPainted(dialog);
         state.PauseTiming();
@@ -75,15 +80,37 @@ void ShowDialog(benchmark::State& state, bool bShadow)
     }
 }
 
-// For comparison: what the shadow takes.
+void RepaintDialog(benchmark::State& state, bool bShadow)
+{
+    QDialog dialog;
+    FillDialog(dialog, bShadow);
+    dialog.show();
+    TurnUntilPainted(dialog);
+    for (auto _ : state)
+        dialog.repaint();
+    dialog.hide();
+    Finish();
+}
+
 void EmptyDialog(benchmark::State& state)
 {
     ShowDialog(state, false);
 }
 
+// For comparison: what Qt's shadow takes.
 void EmptyDialogWithShadow(benchmark::State& state)
 {
     ShowDialog(state, true);
+}
+
+void EmptyDialogRepaint(benchmark::State& state)
+{
+    RepaintDialog(state, false);
+}
+
+void EmptyDialogWithShadowRepaint(benchmark::State& state)
+{
+    RepaintDialog(state, true);
 }
 
 IKXWidgetPluginInterface* Plugin()
@@ -117,9 +144,22 @@ void InitToFirstPaint(benchmark::State& state)
     }
 }
 
+void PanelRepaint(benchmark::State& state)
+{
+    IKXWidgetPluginInterface& plugin = *Plugin();
+    ShowPanel(plugin);
+    QWidget& panel = *plugin.CenterWidget(QString());
+    for (auto _ : state)
+        panel.repaint();
+    EndPanel(plugin);
+}
+
 BENCHMARK(EmptyDialog)->Unit(benchmark::kMillisecond);
 BENCHMARK(EmptyDialogWithShadow)->Unit(benchmark::kMillisecond);
 BENCHMARK(InitToFirstPaint)->Unit(benchmark::kMillisecond);
+BENCHMARK(EmptyDialogRepaint)->Unit(benchmark::kMillisecond);
+BENCHMARK(EmptyDialogWithShadowRepaint)->Unit(benchmark::kMillisecond);
+BENCHMARK(PanelRepaint)->Unit(benchmark::kMillisecond);
 
 #ifdef Q_OS_LINUX
 // How often each of this process's threads gave up the processor by itself, all together.
@@ -180,6 +220,7 @@ int main(int argc, char** argv)
         std::printf("the plug-in cannot be loaded\n");
         return 2;
     }
-    const int iRatios = RunRatios(argc, argv, {{"InitToFirstPaint", "EmptyDialogWithShadow", 3}});
+    const int iRatios = RunRatios(
+        argc, argv, {{"InitToFirstPaint", "EmptyDialog", 3}, {"PanelRepaint", "EmptyDialogWithShadowRepaint", 0.5}});
     return std::max(iRatios, RunIdle());
 }
