@@ -70,9 +70,7 @@ qreal FillWidth(int iState, qint64 lReceived, qint64 lTotal)
 {
     if (iState != Downloading)
         return 0;
-    if (Percent(lReceived, lTotal) > 100)
-        return TrackWidth;
-    return static_cast<int>(Ratio(lReceived, lTotal) * TrackWidth);
+    return static_cast<int>(qMin(Ratio(lReceived, lTotal), 1.0) * TrackWidth);
 }
 
 } // namespace RowLook

@@ -60,6 +60,8 @@ void RowLookTest::ProgressIsCutToWholePercentAndPixels_data()
     row("just before the end", 999999, 1000000, "99%", 299);
     row("exactly all", 1000, 1000, "100%", 300);
     row("less than one percent too much still counts as all", 1001, 1000, "100%", 300);
+    row("nor does it leave the track", 1004, 1000, "100%", 300);
+    row("the largest overrun that reads 100%", 1009, 1000, "100%", 300);
     row("an overrun reads 99% on a full bar", 1010, 1000, "99%", 300);
     row("a large overrun", 1000000, 1, "99%", 300);
     row("beyond what a number of percent can hold", 4611686018427387904, 1, "99%", 300);
