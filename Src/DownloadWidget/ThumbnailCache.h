@@ -8,7 +8,9 @@
 #include <memory>
 
 // The thumbnails of the rows, rounded and ready to be drawn. A row asks at every paint; the file is looked at each time
-// and decoded again only when its size or time changed, and only the part that shows is decoded.
+// and decoded again only when its size or time changed. Of a format whose reader can do so (JPEG, the clients' own)
+// only the part that shows is decoded; of another (PNG) all of it, so that a large picture of such a format is not
+// read.
 //
 // Thread: the GUI thread. Ownership: the panel keeps it for its rows.
 class ThumbnailCache
