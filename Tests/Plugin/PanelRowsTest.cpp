@@ -1,42 +1,12 @@
 // Rows come, follow their downloads and go.
 
+#include "PaintedRegion.h"
 #include "PanelRig.h"
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
-#include <QtGui/QPaintEvent>
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QGraphicsScene>
-
-namespace {
-
-// What of a view's window is painted, and how often.
-class PaintedRegion : public QObject
-{
-public:
-    explicit PaintedRegion(GraphicsGridView& view)
-    {
-        EngineRig::Settle();
-        view.viewport()->installEventFilter(this);
-    }
-    bool eventFilter(QObject*, QEvent* pEvent) override
-    {
-        if (pEvent->type() == QEvent::Paint) {
-            m_region += static_cast<QPaintEvent*>(pEvent)->region();
-            ++m_iCount;
-        }
-        return false;
-    }
-    bool Contains(const QRect& rect) const { return QRegion(rect).subtracted(m_region).isEmpty(); }
-    int Count() const { return m_iCount; }
-    void Forget() { m_region = QRegion(); }
-
-private:
-    QRegion m_region;
-    int m_iCount = 0;
-};
-
-} // namespace
 
 class PanelRowsTest : public QObject
 {
@@ -115,7 +85,7 @@ void PanelRowsTest::ProgressIsPaintedWithTheNextFrame()
     rig.Show();
     rig.RaiseState("a", 1);
     rig.Record("a").lReceivedSize = 0;
-    PaintedRegion painted(rig.View());
+    PaintedRegion painted(*rig.View().viewport());
     rig.Panel().OnDownloadRecordData(QStringLiteral("a"), 400);
     QTRY_VERIFY(painted.Contains(QRect(170, 30, 300, 40)));
     rig.Panel().hide();
@@ -136,7 +106,7 @@ void PanelRowsTest::ManyReportsAreOnePaintOfTheirRow()
     rig.RaiseState("b", 1);
     rig.Record("a").lReceivedSize = 0;
     rig.Record("b").lReceivedSize = 0;
-    PaintedRegion painted(rig.View());
+    PaintedRegion painted(*rig.View().viewport());
     QElapsedTimer time;
     time.start();
     for (int iTurn = 0; iTurn < 500; ++iTurn) {
@@ -155,7 +125,7 @@ void PanelRowsTest::ProgressOfARowThatGoesIsForgotten()
     PanelRig rig;
     rig.Send({"a", "b"});
     rig.Show();
-    PaintedRegion painted(rig.View());
+    PaintedRegion painted(*rig.View().viewport());
     rig.Panel().OnDownloadRecordData(QStringLiteral("a"), 400);
     rig.Panel().OnDownloadRecordData(QStringLiteral("b"), 400);
     rig.Panel().OnDeleteRecord(QStringLiteral("a"));
