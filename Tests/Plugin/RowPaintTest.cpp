@@ -88,8 +88,9 @@ void RowPaintTest::TheTrackLiesBehindTheFill()
     const QImage waiting = rig.Painted();
     for (const QPoint& pos : {QPoint(175, 41), QPoint(320, 38), QPoint(320, 43), QPoint(466, 41)})
         QCOMPARE(waiting.pixel(pos), Track);
-    for (const QPoint& pos : {QPoint(169, 41), QPoint(470, 41), QPoint(320, 37), QPoint(320, 44), // beside it
-                              QPoint(170, 38), QPoint(170, 43)})
+    for (const QPoint& pos :
+         {QPoint(169, 41), QPoint(470, 41), QPoint(320, 37), QPoint(320, 44), // below it, and its corners
+          QPoint(170, 38), QPoint(170, 43)})
         QCOMPARE(waiting.pixel(pos), QRgb(0xFFFFFFFF));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DownloadWidget/DownloadItem.h"
+#include "DownloadWidget/ThumbnailCache.h"
 #include "FakeHost/FakeWorld.h"
 #include "KXGui/KXSvgPixmap.h"
 
@@ -45,6 +46,7 @@ public:
     QObject& Panel() { return m_panel; }
     DownloadItem& Row() { return *m_pRow; }
     KXDownLoadList::DownloadRecordInfo& Record() { return *m_pRecord; }
+    const QMap<int, KXSvgPixmap*>& Pixmaps() const { return m_pixmaps; }
     QWidget* Viewport() { return m_view.viewport(); }
 
     // The row as it is painted, its buttons included, on white.
@@ -104,6 +106,7 @@ public:
 
 private:
     FakeWorld m_world;
+    std::shared_ptr<ThumbnailCache> m_pThumbnails = ThumbnailCache::Shared(); // as the panel keeps it
     QObject m_panel;
     QMap<int, KXSvgPixmap*> m_pixmaps;
     std::shared_ptr<KXDownLoadList::DownloadDeviceRecordInfo> m_pRecord;
