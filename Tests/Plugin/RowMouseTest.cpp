@@ -6,12 +6,56 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtTest/QSignalSpy>
+#include <QtWidgets/QGraphicsSceneHoverEvent>
+#include <QtWidgets/QGraphicsSceneMouseEvent>
+
+namespace {
+
+// A row whose handlers are called by hand.
+class BareRow : public DownloadItem
+{
+public:
+    explicit BareRow(const RowRig& rig)
+        : DownloadItem(nullptr, rig.Pixmaps())
+    {
+        SetRecord(std::make_shared<KXDownLoadList::DownloadDeviceRecordInfo>());
+    }
+    // Whether the row accepts a press there.
+    bool TakesPress(const QPoint& pos, Qt::MouseButton button = Qt::LeftButton)
+    {
+        QGraphicsSceneMouseEvent event(QEvent::GraphicsSceneMousePress);
+        event.setScenePos(pos);
+        event.setButton(button);
+        event.setButtons(button);
+        event.setAccepted(true);
+        mousePressEvent(&event);
+        return event.isAccepted();
+    }
+    void Hover(const QPoint& pos)
+    {
+        QGraphicsSceneHoverEvent event(QEvent::GraphicsSceneHoverMove);
+        event.setScenePos(pos);
+        hoverMoveEvent(&event);
+    }
+};
+
+// The values of a signal with one flag.
+QList<bool> Flags(const QSignalSpy& spy)
+{
+    QList<bool> flags;
+    for (const QList<QVariant>& arguments : spy)
+        flags.append(arguments.value(0).toBool());
+    return flags;
+}
+
+} // namespace
 
 class RowMouseTest : public QObject
 {
     Q_OBJECT
 
 private slots:
+    void HoverAndNormalPicturesDiffer();
     void TheStateButtonShowsThePictureOfTheState_data();
     void TheStateButtonShowsThePictureOfTheState();
     void HoveringShowsTheHoverPictureAndAHand_data();
@@ -19,9 +63,13 @@ private slots:
     void HoveringTheDeleteButtonLeavesTheStateButton();
     void PressingDeleteAsksForDeletionOfTheRecord();
     void TwoPressesOnTheStateButtonPauseAndStart();
+    void EachPressChangesThePictureAtOnce();
+    void ADoubleClickIsTwoPresses();
     void AFailedRowAlwaysStarts();
     void APressBesideTheButtonsDoesNothing();
     void ARightPressDoesNothing();
+    void ARightPressIsLeftToOthers();
+    void ARowOutsideASceneIgnoresThePointer();
     void TheReportNamesButtonRowAndAncestors();
     void TheReportOfAStateButtonFollowsTheSignal();
     void TheReportOfDeleteAndRetryComesBeforeTheSignal();
@@ -35,6 +83,15 @@ QJsonObject RowMouseTest::Properties(RowRig& rig, int iReport)
     const QStringList reports = rig.World().Bus().Texts("EventNotifyLogV2Report");
     const QByteArray text = reports.value(iReport).toUtf8();
     return QJsonDocument::fromJson(text).object().value(QStringLiteral("properties")).toObject();
+}
+
+void RowMouseTest::HoverAndNormalPicturesDiffer()
+{
+    RowRig rig;
+    for (int iKey = 0; iKey < 4; ++iKey) {
+        QVERIFY(!rig.Icon(iKey, true).isNull());
+        QVERIFY(rig.Icon(iKey, true) != rig.Icon(iKey, false));
+    }
 }
 
 void RowMouseTest::TheStateButtonShowsThePictureOfTheState_data()
@@ -92,6 +149,10 @@ void RowMouseTest::HoveringTheDeleteButtonLeavesTheStateButton()
     QTRY_COMPARE(rig.Shown(RowRig::DeleteButton), rig.Icon(2, true));
     QCOMPARE(rig.Shown(RowRig::StateButton), rig.Icon(1, true));
     QCOMPARE(rig.Row().cursor().shape(), Qt::PointingHandCursor);
+    rig.Hover(RowRig::NoButton);
+    QTRY_COMPARE(rig.Shown(RowRig::DeleteButton), rig.Icon(2, false));
+    QCOMPARE(rig.Shown(RowRig::StateButton), rig.Icon(1, false));
+    QCOMPARE(rig.Row().cursor().shape(), Qt::ArrowCursor);
 }
 
 void RowMouseTest::PressingDeleteAsksForDeletionOfTheRecord()
@@ -118,6 +179,39 @@ void RowMouseTest::TwoPressesOnTheStateButtonPauseAndStart()
     QVERIFY(Properties(rig, 0).value(QStringLiteral("$element_id")).toString().startsWith(QStringLiteral("btnPause.")));
     QVERIFY(
         Properties(rig, 1).value(QStringLiteral("$element_id")).toString().startsWith(QStringLiteral("btnRestart.")));
+}
+
+// The row does so by itself: nobody sets its state here.
+void RowMouseTest::EachPressChangesThePictureAtOnce()
+{
+    RowRig rig;
+    const QSignalSpy spy(&rig.Row(), &DownloadItem::SgnChangeDownloadState);
+    const auto press = [&] { QTest::mousePress(rig.Viewport(), Qt::LeftButton, Qt::NoModifier, RowRig::StateButton); };
+    const auto release = [&] {
+        QTest::mouseRelease(rig.Viewport(), Qt::LeftButton, Qt::NoModifier, RowRig::StateButton);
+    };
+    press();
+    QCOMPARE(rig.Shown(RowRig::StateButton), rig.Icon(0, false)); // before the button is released
+    release();
+    press();
+    QCOMPARE(rig.Shown(RowRig::StateButton), rig.Icon(1, false));
+    release();
+    QCOMPARE(Flags(spy), QList<bool>({false, true}));
+    rig.Row().SetState(3);
+    press();
+    QCOMPARE(rig.Shown(RowRig::StateButton), rig.Icon(1, false));
+}
+
+void RowMouseTest::ADoubleClickIsTwoPresses()
+{
+    RowRig rig;
+    const QSignalSpy spy(&rig.Row(), &DownloadItem::SgnChangeDownloadState);
+    rig.Press(RowRig::StateButton);
+    QTest::mouseDClick(rig.Viewport(), Qt::LeftButton, Qt::NoModifier, RowRig::StateButton);
+    QCOMPARE(Flags(spy), QList<bool>({false, true}));
+    QCOMPARE(rig.Shown(RowRig::StateButton), rig.Icon(1, false));
+    QCOMPARE(Properties(rig, 1).value(QStringLiteral("$element_type")).toString(),
+             QStringLiteral("QEventType=158&MouseButtons=1")); // 158 is a double click in a graphics scene
 }
 
 void RowMouseTest::AFailedRowAlwaysStarts()
@@ -159,6 +253,39 @@ void RowMouseTest::ARightPressDoesNothing()
     rig.Press(RowRig::StateButton, Qt::RightButton);
     QCOMPARE(deleted.size() + changed.size(), 0);
     QCOMPARE(rig.World().Calls().Lines("notify"), Texts({}));
+}
+
+void RowMouseTest::ARightPressIsLeftToOthers()
+{
+    const RowRig rig;
+    QGraphicsScene scene;
+    auto* pRow = new BareRow(rig);
+    scene.addItem(pRow);
+    QVERIFY(!pRow->TakesPress(RowRig::StateButton, Qt::RightButton));
+    QVERIFY(pRow->TakesPress(RowRig::StateButton));
+}
+
+void RowMouseTest::ARowOutsideASceneIgnoresThePointer()
+{
+    RowRig rig;
+    BareRow row(rig);
+    const QSignalSpy deleted(&row, &DownloadItem::SgnDeleteRecord);
+    const QSignalSpy changed(&row, &DownloadItem::SgnChangeDownloadState);
+    for (const QPoint& pos : {RowRig::DeleteButton, RowRig::StateButton}) {
+        row.TakesPress(pos);
+        row.Hover(pos);
+    }
+    QCOMPARE(deleted.size() + changed.size(), 0);
+    QCOMPARE(rig.World().Calls().Lines("notify"), Texts({}));
+    QVERIFY(!row.hasCursor());
+    QGraphicsScene scene; // in one, the same does something
+    scene.addItem(&row);
+    row.TakesPress(RowRig::DeleteButton);
+    row.TakesPress(RowRig::StateButton);
+    row.Hover(RowRig::StateButton);
+    QCOMPARE(deleted.size() + changed.size(), 2);
+    QVERIFY(row.hasCursor());
+    scene.removeItem(&row);
 }
 
 void RowMouseTest::TheReportNamesButtonRowAndAncestors()
