@@ -4,6 +4,7 @@
 
 #include <QtCore/QFile>
 #include <QtCore/QRegularExpression>
+#include <QtCore/QXmlStreamReader>
 #include <QtTest/QTest>
 #include <QtWidgets/QBoxLayout>
 
@@ -18,6 +19,7 @@ private slots:
     void TheButtonsShowAHand();
     void TheTextsOfTheFormAlone();
     void TheRulesOfTheStyleSheet();
+    void TheButtonPicturesHaveTwoPartsToColour();
 
 private:
     static void Describe(QStringList& lines, int iDepth, QLayout& layout);
@@ -190,6 +192,20 @@ void FormTest::TheRulesOfTheStyleSheet()
         "border-bottom-right-radius: 4px; border: none; background-color: transparent; } "
         "/*------DownloadWidget end------*/");
     QCOMPARE(strText, strExpected);
+}
+
+void FormTest::TheButtonPicturesHaveTwoPartsToColour()
+{
+    for (const char* pszName : {"btnStop", "btnStart", "btnDelete", "btnReload"}) {
+        QFile file(QStringLiteral(":/KXRecordManage/images/%1.svg").arg(QLatin1String(pszName)));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QStringList ids;
+        for (QXmlStreamReader xml(&file); !xml.atEnd(); xml.readNext()) {
+            if (xml.attributes().hasAttribute(QLatin1String("p-id")))
+                ids.append(xml.attributes().value(QLatin1String("p-id")).toString());
+        }
+        QCOMPARE(ids.join(QLatin1Char(' ')), QStringLiteral("1 2"));
+    }
 }
 
 QTEST_MAIN(FormTest)

@@ -1,5 +1,6 @@
 // The plug-in-wide data: language and style sheet, through the plug-in object in a fake world.
 
+#include "DownloadWidget/DownloadWidget.h"
 #include "FakeHost/FakeWorld.h"
 #include "Plugin/ColorKeys.h"
 #include "Plugin/KXRecordManage.h"
@@ -7,10 +8,22 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QMetaMethod>
+#include <QtCore/QPointer>
 #include <QtTest/QTest>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QWidget>
+
+// Outside any namespace, as the macros want it.
+static void TakeResourcesAway()
+{
+    Q_CLEANUP_RESOURCE(KXRecordManage);
+}
+
+static void BringResourcesBack()
+{
+    Q_INIT_RESOURCE(KXRecordManage);
+}
 
 namespace {
 
@@ -46,6 +59,11 @@ private slots:
     void TheSameCodeTwiceIsOneTranslator();
     void ThePanelsTextsFollow();
     void ASecondInitChangesNothing();
+    void ALanguageBeforeTheContentTakesItsPlace();
+    void InitWithoutATranslatorKeepsThePanel();
+    void TextThatIsNoJsonIsNotLogged();
+    void WithoutResourcesThePanelIsPlain();
+    void TheDataObjectHoldsThePanel();
     void TheTranslatorOutlivesTheContent();
     void ANewLifeReplacesTheLeftTranslator();
     void TheStyleSheetIsAppliedWithItsColours();
@@ -172,6 +190,74 @@ void LanguageTest::ASecondInitChangesNothing()
     plugin.Destory();
 }
 
+void LanguageTest::ALanguageBeforeTheContentTakesItsPlace()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("bad"));
+    SendLanguages(world, {QStringLiteral("en")});
+    QCOMPARE(Translated(), QStringLiteral("Settings"));
+    plugin.Init(QStringLiteral("{}")); // a translator counts as an Init that succeeded
+    QVERIFY(!plugin.CenterWidget(QString()));
+    plugin.Destory();
+}
+
+void LanguageTest::InitWithoutATranslatorKeepsThePanel()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{}"));
+    const QPointer<QWidget> pPanel = plugin.CenterWidget(QString());
+    SendLanguages(world, {});
+    plugin.Init(QStringLiteral("{}"));
+    QVERIFY(pPanel);
+    QCOMPARE(plugin.CenterWidget(QString()), pPanel.data());
+    QCOMPARE(Translated(), QStringLiteral("common_set"));
+    plugin.Destory();
+}
+
+void LanguageTest::TextThatIsNoJsonIsNotLogged()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("no json"));
+    QCOMPARE(world.Log().Lines(), Texts({}));
+    plugin.Destory();
+}
+
+void LanguageTest::WithoutResourcesThePanelIsPlain()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    TakeResourcesAway();
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"en\"}"));
+    BringResourcesBack();
+    QWidget* const pPanel = plugin.CenterWidget(QString());
+    QVERIFY(pPanel);
+    QCOMPARE(TextOf(pPanel, "btnSetting"), QStringLiteral("common_set"));
+    QCOMPARE(pPanel->styleSheet(), QString());
+    QCOMPARE(world.Log().Lines(), Texts({}));
+    plugin.Destory();
+}
+
+void LanguageTest::TheDataObjectHoldsThePanel()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{}"));
+    const QPointer<KXRecordManageGlobalData> pFirst = KXRecordManageGlobalData::Instance();
+    QVERIFY(pFirst);
+    QCOMPARE(pFirst->parent(), &plugin);
+    QCOMPARE(pFirst->Panel(), plugin.CenterWidget(QString()));
+    plugin.Destory();
+    QVERIFY(!pFirst);
+    plugin.Init(QStringLiteral("{}"));
+    QVERIFY(plugin.CenterWidget(QString()));
+    QCOMPARE(KXRecordManageGlobalData::Instance()->Panel(), plugin.CenterWidget(QString()));
+    QCOMPARE(plugin.findChild<KXRecordManageGlobalData*>(), KXRecordManageGlobalData::Instance());
+    plugin.Destory();
+}
+
 void LanguageTest::TheTranslatorOutlivesTheContent()
 {
     FakeWorld world;
@@ -211,8 +297,9 @@ void LanguageTest::TheStyleSheetIsAppliedWithItsColours()
     QVERIFY(strSheet.contains(QStringLiteral("QLabel#labelText { color: #66707f;")));
     QVERIFY(strSheet.contains(QStringLiteral("Microsoft YaHei; color: #1d2430;"))); // btnSetting
     QVERIFY(strSheet.contains(QStringLiteral("Microsoft YaHei; color: #1f6feb;"))); // btnAllStart
-    SendLanguages(world, {QStringLiteral("ru")});
-    QCOMPARE(plugin.CenterWidget(QString())->styleSheet().simplified(), strSheet);
+    plugin.CenterWidget(QString())->setStyleSheet(QStringLiteral("QLabel{}"));
+    SendLanguages(world, {QStringLiteral("ru")}); // applies none
+    QCOMPARE(plugin.CenterWidget(QString())->styleSheet(), QStringLiteral("QLabel{}"));
     plugin.Destory();
 }
 

@@ -15,6 +15,7 @@ private slots:
     void DeletingARowForgetsThatItWasPaused();
     void TheEnginesStopPausesEveryRowWithoutAskingItAgain();
     void ARowPausedTwiceStartsOnce();
+    void ANewLanguageOffersToPauseWhateverIsPaused();
     void ListsAreForwardedToTheEngine();
     void FilesOfPausedRowsGoWithThePanel();
     void AFileThatStaysIsLoggedAsAFailure();
@@ -166,6 +167,17 @@ void PanelPauseTest::ARowPausedTwiceStartsOnce()
     QCOMPARE(rig.Calls().Short({"Start"}), Texts({"StartDeviceRecordDownload a"}));
     QCOMPARE(rig.Counts(), QList<int>({0, 1}));
     QCOMPARE(rig.StateOf("a"), 0);
+}
+
+void PanelPauseTest::ANewLanguageOffersToPauseWhateverIsPaused()
+{
+    PanelRig rig;
+    rig.Send({"a", "b"});
+    rig.Panel().OnStopAllDownload();
+    QCOMPARE(rig.AllStartText(), QStringLiteral("pc_download_video_resume_all"));
+    rig.Panel().RefreshTexts();
+    QCOMPARE(rig.AllStartText(), QStringLiteral("pc_download_video_suspend_all"));
+    QCOMPARE(rig.StateOf("a"), 5);
 }
 
 void PanelPauseTest::ListsAreForwardedToTheEngine()

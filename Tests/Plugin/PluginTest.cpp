@@ -165,6 +165,7 @@ void PluginTest::TheObjectTellsWhatItIs()
     QVERIFY(plugin->IsSupported());
     QCOMPARE(plugin->Query(QStringLiteral("anything")), QString());
     plugin->SetGetDataListener(nullptr);
+    plugin->SetGetDataListener(reinterpret_cast<KXLogicPluginGoMain*>(quintptr(8))); // leads nowhere: never followed
 
     QObject& object = *plugin.Object();
     QVERIFY(!object.parent());
@@ -175,6 +176,7 @@ void PluginTest::TheObjectTellsWhatItIs()
     QVERIFY(object.qt_metacast("QObject"));
     QVERIFY(!object.qt_metacast("QWidget"));
     QCOMPARE(object.metaObject()->methodCount(), QObject::staticMetaObject.methodCount());
+    QCOMPARE(object.metaObject()->propertyCount(), QObject::staticMetaObject.propertyCount());
 }
 
 void PluginTest::ADeletedInstanceIsReplacedByAFreshOne()
