@@ -21,6 +21,9 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QWidget>
 
+#include <algorithm>
+#include <array>
+
 namespace {
 
 const QString& LibraryFile()
@@ -165,7 +168,10 @@ void PluginTest::TheObjectTellsWhatItIs()
     QVERIFY(plugin->IsSupported());
     QCOMPARE(plugin->Query(QStringLiteral("anything")), QString());
     plugin->SetGetDataListener(nullptr);
-    plugin->SetGetDataListener(reinterpret_cast<KXLogicPluginGoMain*>(quintptr(8))); // leads nowhere: never followed
+    std::array<quintptr, 8> noListener; // what would be called through it leads nowhere
+    noListener.fill(1);
+    plugin->SetGetDataListener(reinterpret_cast<KXLogicPluginGoMain*>(noListener.data()));
+    QCOMPARE(std::count(noListener.begin(), noListener.end(), quintptr(1)), 8);
 
     QObject& object = *plugin.Object();
     QVERIFY(!object.parent());
