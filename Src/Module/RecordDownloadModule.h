@@ -177,6 +177,7 @@ private:
     bool RecoverPassword(const std::shared_ptr<KXDownLoadList::DownloadDeviceRecordInfo>& pTask);
     void RequeueForPassword(const std::shared_ptr<KXDownLoadList::DownloadDeviceRecordInfo>& pTask);
     void RequestDevicePassword(const KXDownLoadList::DownloadDeviceRecordInfo& record);
+    QString AnsweredDevice(const QString& strUserInfo) const;
     void RequestCloudPassword(const KXDownLoadList::DownloadCloudRecordInfo& record);
     void ReleaseWithPassword(const QString& strRecordId, const QString& strDeviceId, const QString& strPassword);
     // Runs on a host thread.

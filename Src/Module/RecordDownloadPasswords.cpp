@@ -95,12 +95,22 @@ void RecordDownloadModule::OnLogicMessage(const KXLogic::LogicMessage& message)
         QString::fromStdString(message.strPassword), QString::fromStdString(message.strUserInfo));
 }
 
+// The local encoding is read first. One that is not UTF-8 gives no JSON, or a device that nobody asked for, where the
+// id is not ASCII.
+QString RecordDownloadModule::AnsweredDevice(const QString& strUserInfo) const
+{
+    QJsonValue deviceId;
+    for (const QByteArray& text : {strUserInfo.toLocal8Bit(), strUserInfo.toUtf8()}) {
+        deviceId = QJsonDocument::fromJson(text).object().value(QLatin1String("deviceId"));
+        if (deviceId.isString() && m_setGettingPasswordDevice.contains(deviceId.toString()))
+            break;
+    }
+    return deviceId.toString();
+}
+
 void RecordDownloadModule::OnGetDevicePassword(int iResult, int64_t, QString, QString strPwd, QString strUserInfo)
 {
-    QJsonDocument userInfo = QJsonDocument::fromJson(strUserInfo.toLocal8Bit());
-    if (!userInfo.isObject()) // the local encoding is not UTF-8 and an id not ASCII
-        userInfo = QJsonDocument::fromJson(strUserInfo.toUtf8());
-    const QString strDeviceId = userInfo.object().value(QLatin1String("deviceId")).toString();
+    const QString strDeviceId = AnsweredDevice(strUserInfo);
     m_setGettingPasswordDevice.remove(strDeviceId);
     if (iResult == 0) {
         const std::string strClear =

@@ -2,7 +2,6 @@
 
 #include "Engine/EngineCases.h"
 
-#include <QtCore/QScopeGuard>
 #include <QtCore/QTextCodec>
 
 #include <atomic>
@@ -26,7 +25,9 @@ private slots:
     void AnAnswerInsideItsQueryWaitsForTheHandle();
     void OnlyTheDeviceOfTheAnswerIsFreed_data();
     void OnlyTheDeviceOfTheAnswerIsFreed();
-    void UserDataAreReadInTheLocalEncoding();
+    void NoLocalEncodingLosesTheDevice_data();
+    void NoLocalEncodingLosesTheDevice();
+    void UserDataAreReadInTheLocalEncodingFirst();
     void ALateAnswerFreesTheQueueOfADeletedTask();
     void AnAnswerAfterShutdownStartsNothing_data();
     void AnAnswerAfterShutdownStartsNothing();
@@ -35,11 +36,30 @@ private slots:
 
 namespace {
 
-// Device "SN" refused "1"; "2" of another device waits. The answer to be sent has handle 1001.
-void AskOnce(EngineRig& rig)
+// The encoding of 8-bit text while this lives.
+class LocalEncoding
+{
+public:
+    explicit LocalEncoding(const char* pszName)
+    {
+        QTextCodec* const pCodec = QTextCodec::codecForName(pszName);
+        if (!pCodec)
+            qFatal("Qt lacks the encoding %s", pszName);
+        QTextCodec::setCodecForLocale(pCodec);
+    }
+    ~LocalEncoding() { QTextCodec::setCodecForLocale(m_pBefore); }
+    LocalEncoding(const LocalEncoding&) = delete;
+    LocalEncoding& operator=(const LocalEncoding&) = delete;
+
+private:
+    QTextCodec* m_pBefore = QTextCodec::codecForLocale();
+};
+
+// The device refused "1"; "2" of another device waits. The answer to be sent has handle 1001.
+void AskOnce(EngineRig& rig, const QString& strDevice = QStringLiteral("SN"))
 {
     auto record = rig.Device("1");
-    record.strDeviceId = QStringLiteral("SN");
+    record.strDeviceId = strDevice;
     record.bNeedPassword = true;
     record.bCanGetPassword = true;
     rig.SendOne(record);
@@ -228,26 +248,39 @@ void PasswordAnswerTest::OnlyTheDeviceOfTheAnswerIsFreed()
     QCOMPARE(rig.Task("2")->strPassword, QString());
 }
 
-void PasswordAnswerTest::UserDataAreReadInTheLocalEncoding()
+void PasswordAnswerTest::NoLocalEncodingLosesTheDevice_data()
 {
-    const auto restore = qScopeGuard([pBefore = QTextCodec::codecForLocale()] { // ends after the rig
-        QTextCodec::setCodecForLocale(pBefore);
-    });
+    QTest::addColumn<QByteArray>("encoding");
+    QTest::addColumn<QString>("device");
+    for (const char* pszEncoding : {"ISO-8859-1", "windows-1252", "GB18030", "US-ASCII", "UTF-8"}) {
+        for (const char* pszDevice : {"SN-ä", "SN-录"})
+            QTest::addRow("%s in %s", pszDevice, pszEncoding)
+                << QByteArray(pszEncoding) << QString::fromUtf8(pszDevice);
+    }
+}
+
+void PasswordAnswerTest::NoLocalEncodingLosesTheDevice()
+{
+    QFETCH(QByteArray, encoding);
+    QFETCH(QString, device);
+    const LocalEncoding local(encoding.constData());
     EngineRig rig;
-    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
-    auto record = rig.Device("ä");
-    record.bNeedPassword = true;
-    record.bCanGetPassword = true;
-    rig.SendOne(record);
-    rig.SendOne(rig.Device("2"));
-    rig.RaiseState(Source::Device, "ä", 3);
-    rig.RaiseState(Source::Device, "2", 2);
-    rig.SendOne(rig.Device("3"));
-    rig.Calls().Clear();
+    AskOnce(rig, device);
     rig.World().Devices().AnswerPassword(0, 0, "sealed");
     rig.Settle();
-    QCOMPARE(rig.Calls().Short("Start"), Texts({"StartDeviceRecordDownload ä", "StartDeviceRecordDownload 3"}));
-    QCOMPARE(rig.Task("ä")->strPassword, QStringLiteral("canary-sealed"));
+    QCOMPARE(rig.Calls().Short("Start"), Texts({"StartDeviceRecordDownload 1", "StartDeviceRecordDownload 2"}));
+    QCOMPARE(rig.Task("1")->strPassword, QStringLiteral("canary-sealed"));
+}
+
+// The host took the UTF-8 that it was given for local text and made that UTF-8 in turn.
+void PasswordAnswerTest::UserDataAreReadInTheLocalEncodingFirst()
+{
+    const LocalEncoding local("ISO-8859-1");
+    EngineRig rig;
+    AskOnce(rig, QStringLiteral("SN-ä"));
+    rig.World().Devices().RaiseMessage(Answer(1001, R"({"deviceId":"SN-Ã¤","recordId":"1"})"));
+    rig.Settle();
+    QCOMPARE(rig.Calls().Short("Start"), Texts({"StartDeviceRecordDownload 1", "StartDeviceRecordDownload 2"}));
 }
 
 void PasswordAnswerTest::ALateAnswerFreesTheQueueOfADeletedTask()
