@@ -198,6 +198,7 @@ private:
 
     // Pictures
     void RequestCloudPicture(const KXDownLoadList::DownloadCloudRecordInfo& record, bool bHasRow);
+    static bool WasListed(const CloudPictureInfo& info);
     void PictureReady(const CloudPictureInfo& info, const QString& strPath);
     void DropWrongKeyTask(const CloudPictureInfo& info);
     DownloadRecordInfoPtr HeldTask(const CloudPictureInfo& info) const;

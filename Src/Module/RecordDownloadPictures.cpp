@@ -41,16 +41,20 @@ void RecordDownloadModule::OnPictureDownloaded(int iResult, const QString& strUr
     const QList<CloudPictureInfo> undecrypted = pictures->infos.mid(pictures->iDecrypting);
     if (iResult == 0 && m_pPictrueDecrypt && m_pCloudLogic) {
         pictures->iDecrypting = pictures->infos.size();
-        for (const CloudPictureInfo& info : undecrypted)
+        for (const CloudPictureInfo& info : undecrypted) {
+            EnsureDownloadPathExists(info.strDownloadPath); // the cover is saved there before the transfer starts
             m_pPictrueDecrypt->Enqueue(
                 {strUrl, strLocalPath, info.strPictureKey, info.strDeviceId, info.strPassword, info.strDownloadPath});
+        }
         return;
     }
     pictures->infos.erase(pictures->infos.begin() + pictures->iDecrypting, pictures->infos.end());
     if (pictures->infos.isEmpty())
         m_mapCloudPicture.erase(pictures);
-    for (const CloudPictureInfo& info : undecrypted)
-        PictureReady(info, QString());
+    for (const CloudPictureInfo& info : undecrypted) {
+        if (!WasListed(info)) // such a one was resumed when it is held, and waits for its password again
+            PictureReady(info, QString());
+    }
 }
 
 void RecordDownloadModule::OnPictureDecrptFinished(int iCode, QString strUrl, QString strDecrptLocalPicpath)
@@ -70,17 +74,22 @@ void RecordDownloadModule::OnPictureDecrptFinished(int iCode, QString strUrl, QS
     // A cover that arrives after its recording was deleted would lie there for ever.
     if (iCode == 0 && !m_promisedPaths.IsTaken(info.strDownloadPath) && !QFileInfo::exists(info.strDownloadPath))
         RemoveFileJpg(info.strDownloadPath);
-    const bool bListed = !info.strDeviceAccount.isEmpty() && !info.strKeyText.isEmpty();
-    if (iCode == 0 && bListed) {
+    if (iCode == 0 && WasListed(info)) {
         emit SignalUpdateCloudPictureInfo(info.strRecordId, strDecrptLocalPicpath);
     } else if (iCode == 0) {
         PictureReady(info, strDecrptLocalPicpath);
     } else if (iCode == WrongKey) {
         KX_ENGINE_LOG(LogEvent, "RecordDownloadModule::OnPictureDecrptFinished", "%s", "Decrpt picture DecKeyError.");
         DropWrongKeyTask(info);
-    } else if (!bListed) {
+    } else if (!WasListed(info)) {
         PictureReady(info, QString());
     }
+}
+
+// An encrypted recording's picture is asked for when its password is there, and it has its row then.
+bool RecordDownloadModule::WasListed(const CloudPictureInfo& info)
+{
+    return !info.strDeviceAccount.isEmpty() && !info.strKeyText.isEmpty();
 }
 
 // Releases the task that is held for this picture.

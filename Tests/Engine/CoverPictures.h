@@ -42,4 +42,38 @@ inline void Serve(EngineRig& rig, const QByteArray& url, int iDecryptions)
     QTRY_COMPARE(iDecrypted, iDecryptions);
 }
 
+inline KXDownLoadList::DownloadCloudRecordInfo RecordWithCover(const EngineRig& rig, const char* pszId)
+{
+    auto record = rig.Cloud(pszId);
+    record.strCloudText1 = QStringLiteral("cover");
+    record.strCloudText4 = QStringLiteral("canary-picture-key");
+    record.strPicturePath = QStringLiteral("as-received");
+    return record;
+}
+
+// One task whose password was fetched, so that it has its row and runs already; its picture is asked for.
+inline void SendListed(EngineRig& rig)
+{
+    auto record = RecordWithCover(rig, "1");
+    record.strText1 = QStringLiteral("account");
+    record.strCloudText2 = QStringLiteral("canary-record-key");
+    rig.SendOne(record);
+    rig.World().Cloud().AnswerPassword(0, 1, "canary-fetched");
+    rig.Settle();
+    rig.World().Log().Clear();
+}
+
+inline void SendHeld(EngineRig& rig)
+{
+    rig.SendOne(RecordWithCover(rig, "1"));
+}
+
+// The host serves the picture and decrypts it with that result; the engine has acted on it when this returns.
+inline void Settle(EngineRig& rig, int iResult, const QByteArray& clear = QByteArray())
+{
+    rig.World().Cloud().QueueDecryption(iResult, clear);
+    rig.Calls().Clear();
+    Serve(rig, "cover", 1);
+}
+
 } // namespace CoverPictures

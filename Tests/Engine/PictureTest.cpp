@@ -20,6 +20,7 @@ private slots:
     void AClearPictureReleasesAHeldTask_data();
     void AClearPictureReleasesAHeldTask();
     void AClearPictureOfAListedTaskGoesToItsRow();
+    void ACoverIsSavedInAFolderThatDidNotExist();
     void AWrongKeyDropsAHeldTask();
     void AWrongKeyFailsTheRowOfAResumedTask();
     void ARowPausedWhenItsWrongKeyIsToldStaysPaused();
@@ -37,39 +38,11 @@ private slots:
     void APictureThatIsNoneStillReleasesTheTask();
     void APathWithoutSuffixIsItsOwnPicturePath();
     void AReleasedTaskWaitsForAFreePlace();
-    void APictureOfADeletedTaskIsIgnored();
-    void TheCoverOfATaskDeletedMeanwhileIsRemoved_data();
-    void TheCoverOfATaskDeletedMeanwhileIsRemoved();
     void AHostWithoutPicturesReleasesItsTasks();
+    void AServedPictureWithoutCloudModuleReleasesItsTask();
 };
 
 namespace {
-
-KXDownLoadList::DownloadCloudRecordInfo Covered(const EngineRig& rig, const char* pszId)
-{
-    auto record = rig.Cloud(pszId);
-    record.strCloudText1 = QStringLiteral("cover");
-    record.strCloudText4 = QStringLiteral("canary-picture-key");
-    record.strPicturePath = QStringLiteral("as-received");
-    return record;
-}
-
-// One task whose password was fetched, so that it has its row and runs already; its picture is asked for.
-void SendListed(EngineRig& rig)
-{
-    auto record = Covered(rig, "1");
-    record.strText1 = QStringLiteral("account");
-    record.strCloudText2 = QStringLiteral("canary-record-key");
-    rig.SendOne(record);
-    rig.World().Cloud().AnswerPassword(0, 1, "canary-fetched");
-    rig.Settle();
-    rig.World().Log().Clear();
-}
-
-void SendHeld(EngineRig& rig)
-{
-    rig.SendOne(Covered(rig, "1"));
-}
 
 // A task that has its row, because its picture failed the first time, and was paused then.
 void SendPaused(EngineRig& rig)
@@ -77,14 +50,6 @@ void SendPaused(EngineRig& rig)
     SendHeld(rig);
     rig.World().Pictures().AnswerFailed("cover");
     rig.Engine().PauseRecordDownloads(Rows(rig, {"1"}));
-}
-
-// The host serves the picture and decrypts it with that result; the engine has acted on it when this returns.
-void Settle(EngineRig& rig, int iResult, const QByteArray& clear = QByteArray())
-{
-    rig.World().Cloud().QueueDecryption(iResult, clear);
-    rig.Calls().Clear();
-    Serve(rig, "cover", 1);
 }
 
 } // namespace
@@ -100,7 +65,7 @@ void PictureTest::ATaskIsHeldUntilItsPictureIsSettled()
 void PictureTest::TheDecrypterGetsTheTasksTexts()
 {
     EngineRig rig;
-    auto record = Covered(rig, "1");
+    auto record = RecordWithCover(rig, "1");
     record.strPassword = QStringLiteral("canary-secret");
     rig.SendOne(record);
     Settle(rig, 1);
@@ -120,7 +85,7 @@ void PictureTest::TheDecrypterGetsTheFetchedPassword()
 void PictureTest::TheDecrypterGetsTheTextsOfTheRequest()
 {
     EngineRig rig;
-    const auto pTask = std::make_shared<KXDownLoadList::DownloadCloudRecordInfo>(Covered(rig, "1"));
+    const auto pTask = std::make_shared<KXDownLoadList::DownloadCloudRecordInfo>(RecordWithCover(rig, "1"));
     pTask->strPassword = QStringLiteral("canary-secret");
     rig.Engine().StartRecordDownloads({pTask});
     pTask->strCloudText4 = QStringLiteral("canary-later-key");
@@ -177,7 +142,7 @@ void PictureTest::AClearPictureReleasesAHeldTask()
     QFETCH(QString, account);
     QFETCH(QString, key);
     EngineRig rig;
-    auto record = Covered(rig, "1");
+    auto record = RecordWithCover(rig, "1");
     record.strText1 = account;
     record.strCloudText2 = key;
     rig.SendOne(record);
@@ -196,6 +161,22 @@ void PictureTest::AClearPictureOfAListedTaskGoesToItsRow()
     Settle(rig, 0, Small());
     QCOMPARE(Told(rig), Texts({"DecryptPicture ZW5jcnlwdGVk", "SignalUpdateCloudPictureInfo 1 ~/1.jpg"}));
     QVERIFY(rig.World().HasFile("1.jpg"));
+}
+
+void PictureTest::ACoverIsSavedInAFolderThatDidNotExist()
+{
+    EngineRig rig;
+    auto record = RecordWithCover(rig, "1");
+    record.strDownloadPath = rig.World().Path("new/1.mp4");
+    rig.SendOne(record);
+    QVERIFY(!rig.World().HasFile("new"));
+    Settle(rig, 0, Small());
+    QCOMPARE(rig.Task("1")->strPicturePath, rig.World().Path("new/1.jpg"));
+    QVERIFY(rig.World().HasFile("new/1.jpg"));
+    QCOMPARE(rig.Calls().Count("StartCloudRecordDownload 1"), 1);
+    QStringList log = rig.World().Log().Lines();
+    QCOMPARE(log.replaceInStrings(rig.World().Folder(), QStringLiteral("~")),
+             Texts({"2 RecordDownloadModule::EnsureDownloadPathExists Created download directory: ~/new"}));
 }
 
 void PictureTest::AWrongKeyDropsAHeldTask()
@@ -366,7 +347,7 @@ void PictureTest::AnUnreadableFileLeavesTheTaskHeld()
 {
     EngineRig rig;
     SendHeld(rig);
-    auto other = Covered(rig, "2");
+    auto other = RecordWithCover(rig, "2");
     other.strCloudText1 = QStringLiteral("other");
     rig.SendOne(other);
     rig.Calls().Clear();
@@ -389,7 +370,7 @@ void PictureTest::APictureThatIsNoneStillReleasesTheTask()
 void PictureTest::APathWithoutSuffixIsItsOwnPicturePath()
 {
     EngineRig rig;
-    auto record = Covered(rig, "1");
+    auto record = RecordWithCover(rig, "1");
     record.strDownloadPath = rig.World().Path("cover.jpg");
     rig.SendOne(record);
     Settle(rig, 0, Small());
@@ -410,49 +391,6 @@ void PictureTest::AReleasedTaskWaitsForAFreePlace()
     QCOMPARE(rig.Calls().Short("Start"), Texts({"StartCloudRecordDownload 6"}));
 }
 
-void PictureTest::APictureOfADeletedTaskIsIgnored()
-{
-    EngineRig rig;
-    SendHeld(rig);
-    rig.Engine().DeleteRecordDownload(0, QStringLiteral("1"), rig.World().Path("1.mp4"));
-    Settle(rig, 0, Small());
-    QCOMPARE(Told(rig), Texts({"DecryptPicture ZW5jcnlwdGVk"}));
-}
-
-void PictureTest::TheCoverOfATaskDeletedMeanwhileIsRemoved_data()
-{
-    QTest::addColumn<bool>("listed");
-    QTest::addColumn<bool>("deleted");
-    QTest::addColumn<bool>("left");
-    QTest::newRow("held, deleted") << false << true << false;
-    QTest::newRow("running, deleted") << true << true << false;
-    QTest::newRow("held, not deleted") << false << false << true;
-    QTest::newRow("running, not deleted") << true << false << true;
-}
-
-void PictureTest::TheCoverOfATaskDeletedMeanwhileIsRemoved()
-{
-    QFETCH(bool, listed);
-    QFETCH(bool, deleted);
-    QFETCH(bool, left);
-    EngineRig rig;
-    listed ? SendListed(rig) : SendHeld(rig);
-    bool bSettled = false; // set after the engine's own slot
-    rig.World().Cloud().QueueDecryption(0, Small());
-    rig.World().Cloud().CloseDecryptGate();
-    rig.World().Pictures().AnswerWithFile("cover", "encrypted");
-    QTRY_COMPARE(rig.Calls().Count("DecryptPicture"), 1);
-    if (deleted)
-        rig.Engine().DeleteRecordDownload(0, QStringLiteral("1"), rig.World().Path("1.mp4"));
-    QObject here;
-    connect(
-        rig.Engine().findChild<PictrueDecrypt*>(), &PictrueDecrypt::SignalDecrptPictrueFinished, &here,
-        [&] { bSettled = true; }, Qt::QueuedConnection);
-    rig.World().Cloud().OpenDecryptGate();
-    QTRY_VERIFY(bSettled);
-    QCOMPARE(rig.World().HasFile("1.jpg"), left);
-}
-
 void PictureTest::AHostWithoutPicturesReleasesItsTasks()
 {
     EngineRig rig([](FakeWorld& world) { world.TakePicturesAway(); });
@@ -460,6 +398,17 @@ void PictureTest::AHostWithoutPicturesReleasesItsTasks()
     SendHeld(rig);
     QCOMPARE(rig.Calls().Short("get"), Texts({}));
     QCOMPARE(rig.Calls().Short("Start"), Texts({"StartCloudRecordDownload 1"}));
+    QCOMPARE(rig.Task("1")->strPicturePath, QString());
+}
+
+void PictureTest::AServedPictureWithoutCloudModuleReleasesItsTask()
+{
+    EngineRig rig([](FakeWorld& world) { world.TakeModuleAway(3); });
+    SendHeld(rig);
+    rig.Calls().Clear();
+    rig.World().Pictures().AnswerWithFile("cover", "encrypted");
+    rig.Settle();
+    QCOMPARE(Told(rig), Texts({"SignalAddDownloadInfo 1", "StartCloudRecordDownload 1"}));
     QCOMPARE(rig.Task("1")->strPicturePath, QString());
 }
 

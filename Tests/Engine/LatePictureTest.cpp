@@ -1,0 +1,114 @@
+// A cover picture that is settled when its task is no longer what it was: deleted, finished, or resumed and held again.
+
+#include "Engine/CoverPictures.h"
+
+using namespace CoverPictures;
+using namespace EngineCases;
+
+class LatePictureTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void ALateFailedDownloadLeavesAResumedTaskToItsPassword();
+    void ALateWrongKeyDropsAResumedTask();
+    void APictureOfADeletedTaskIsIgnored();
+    void TheCoverOfATaskDeletedMeanwhileIsRemoved_data();
+    void TheCoverOfATaskDeletedMeanwhileIsRemoved();
+};
+
+namespace {
+
+// A task that was paused while its picture was under way and resumed, so that it waits for its password again.
+void SendListedAndResume(EngineRig& rig)
+{
+    SendListed(rig);
+    rig.Engine().PauseRecordDownloads(Rows(rig, {"1"}));
+    rig.Engine().StartRecordDownloads(Rows(rig, {"1"}));
+    rig.Calls().Clear();
+}
+
+// What becomes of a task while its picture is decrypted.
+enum class Meanwhile { Nothing, Deleted, Finished };
+
+} // namespace
+
+Q_DECLARE_METATYPE(Meanwhile)
+
+void LatePictureTest::ALateFailedDownloadLeavesAResumedTaskToItsPassword()
+{
+    EngineRig rig;
+    SendListedAndResume(rig);
+    rig.World().Pictures().AnswerFailed("cover");
+    rig.Settle();
+    QCOMPARE(Told(rig), Texts({}));
+    rig.World().Cloud().AnswerPassword(1, 1, "canary-again");
+    rig.Settle();
+    QCOMPARE(Told(rig), Texts({"SignalAddDownloadInfo 1", "get cover", "StartCloudRecordDownload 1"}));
+    QVERIFY(rig.Calls().Lines("Start").value(0).contains(QLatin1String(" password=canary-again ")));
+}
+
+void LatePictureTest::ALateWrongKeyDropsAResumedTask()
+{
+    EngineRig rig;
+    SendListedAndResume(rig);
+    Settle(rig, 2);
+    QCOMPARE(Told(rig), Texts({"DecryptPicture ZW5jcnlwdGVk", "notify EventNotifyDownloadRecordStates",
+                               "SignalDownloadRecordStates 1 3 false"}));
+    rig.Calls().Clear();
+    rig.World().Cloud().AnswerPassword(1, 1, "canary-again"); // it is held no longer
+    rig.Settle();
+    QCOMPARE(Told(rig), Texts({}));
+}
+
+void LatePictureTest::APictureOfADeletedTaskIsIgnored()
+{
+    EngineRig rig;
+    SendHeld(rig);
+    rig.Engine().DeleteRecordDownload(0, QStringLiteral("1"), rig.World().Path("1.mp4"));
+    Settle(rig, 0, Small());
+    QCOMPARE(Told(rig), Texts({"DecryptPicture ZW5jcnlwdGVk"}));
+}
+
+void LatePictureTest::TheCoverOfATaskDeletedMeanwhileIsRemoved_data()
+{
+    QTest::addColumn<bool>("listed");
+    QTest::addColumn<Meanwhile>("meanwhile");
+    QTest::addColumn<bool>("left");
+    QTest::newRow("held, deleted") << false << Meanwhile::Deleted << false;
+    QTest::newRow("running, deleted") << true << Meanwhile::Deleted << false;
+    QTest::newRow("held, not deleted") << false << Meanwhile::Nothing << true;
+    QTest::newRow("running, not deleted") << true << Meanwhile::Nothing << true;
+    QTest::newRow("running, finished") << true << Meanwhile::Finished << true;
+}
+
+void LatePictureTest::TheCoverOfATaskDeletedMeanwhileIsRemoved()
+{
+    QFETCH(bool, listed);
+    QFETCH(Meanwhile, meanwhile);
+    QFETCH(bool, left);
+    EngineRig rig;
+    listed ? SendListed(rig) : SendHeld(rig);
+    bool bSettled = false; // set after the engine's own slot
+    rig.World().Cloud().QueueDecryption(0, Small());
+    rig.World().Cloud().CloseDecryptGate();
+    rig.World().Pictures().AnswerWithFile("cover", "encrypted");
+    QTRY_COMPARE(rig.Calls().Count("DecryptPicture"), 1);
+    if (meanwhile == Meanwhile::Deleted)
+        rig.Engine().DeleteRecordDownload(0, QStringLiteral("1"), rig.World().Path("1.mp4"));
+    if (meanwhile == Meanwhile::Finished) {
+        rig.World().WriteFile("1.mp4");
+        rig.RaiseState(Source::Cloud, "1", 2);
+    }
+    QObject here;
+    connect(
+        rig.Engine().findChild<PictrueDecrypt*>(), &PictrueDecrypt::SignalDecrptPictrueFinished, &here,
+        [&] { bSettled = true; }, Qt::QueuedConnection);
+    rig.World().Cloud().OpenDecryptGate();
+    QTRY_VERIFY(bSettled);
+    QCOMPARE(rig.World().HasFile("1.jpg"), left);
+    QCOMPARE(rig.World().HasFile("1.mp4"), meanwhile == Meanwhile::Finished);
+}
+
+QTEST_GUILESS_MAIN(LatePictureTest)
+#include "LatePictureTest.moc"
