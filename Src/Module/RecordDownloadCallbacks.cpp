@@ -167,7 +167,12 @@ void RecordDownloadModule::OnDownloadDeviceRecordState(QString strRecordID, int 
         const auto pRecord = std::dynamic_pointer_cast<DownloadDeviceRecordInfo>(pTask);
         if (!pRecord)
             return;
-        bReget = RecoverPassword(pRecord);
+        const Recovery recovery = RecoverPassword(pRecord);
+        if (recovery == Recovery::Dropped) {
+            StartNextDeviceDownload();
+            return;
+        }
+        bReget = recovery == Recovery::Requeued;
     } else {
         ActOnState(source, pTask, iCode);
     }

@@ -171,7 +171,10 @@ void RecordDownloadModule::AddDownloadRecord(const DownloadRecordInfoPtr& pTask,
         return;
     RecordQueue& waiting = this->*pSource->pWaiting;
     const RecordQueue& running = this->*pSource->pRunning;
-    const auto isListed = [&] { return waiting.Contains(pTask->strRecordId) || running.Contains(pTask->strRecordId); };
+    const auto isListed = [&] {
+        return waiting.Contains(pTask->strRecordId) || running.Contains(pTask->strRecordId) ||
+               (pSource->iRecordType == DeviceRecord && m_listRequeueDeviceRecord.Contains(pTask->strRecordId));
+    };
     if (isListed())
         return;
     if (pSource->iRecordType == CloudRecord) {
@@ -211,6 +214,8 @@ void RecordDownloadModule::PauseRecordDownloads(const QList<DownloadRecordInfoPt
         (this->*pSource->pWaiting).Remove(pTask->strRecordId);
         if (pSource->iRecordType == CloudRecord)
             m_listPendingCloudRecord.Remove(pTask->strRecordId); // or it would come back by itself
+        if (pSource->iRecordType == DeviceRecord)
+            m_listRequeueDeviceRecord.Remove(pTask->strRecordId); // and so would this
     }
     for (const DownloadRecordInfoPtr& pTask : list) {
         const Source* pSource = SourceOf(pTask->iRecordType);
@@ -226,6 +231,8 @@ void RecordDownloadModule::DeleteRecordDownload(int iRecordType, const QString& 
         return;
     if (iRecordType == CloudRecord)
         m_listPendingCloudRecord.Remove(strRecordId);
+    if (iRecordType == DeviceRecord)
+        m_listRequeueDeviceRecord.Remove(strRecordId);
     (this->*pSource->pStop)(strRecordId, 6, strPath);
     m_promisedPaths.Release(strPath, strRecordId);
 }
@@ -243,6 +250,7 @@ void RecordDownloadModule::ClearAllDownloads()
     m_listWaitLanModuleRecord.Clear();
     m_listWaitIOTLanRecord.Clear();
     m_listWaitDeviceRecord.Clear();
+    m_listRequeueDeviceRecord.Clear();
     m_listWaitCloudRecord.Clear();
     for (const auto& pTask : runningLanModule)
         StopLanModuleDownload(pTask->strRecordId, 6, pTask->strDownloadPath);

@@ -118,6 +118,13 @@ private:
     // The row of that record type; null for an unknown type.
     static const Source* SourceOf(int iRecordType);
 
+    // What became of a refused device task.
+    enum class Recovery {
+        Requeued,
+        GivenUp,
+        Dropped // the client paused, deleted or cleared it meanwhile
+    };
+
     // What a cover picture was asked for with.
     struct CloudPictureInfo
     {
@@ -174,8 +181,10 @@ private:
     bool ActOnDeviceState(const DownloadRecordInfoPtr& pTask, int iCode);
 
     // Passwords
-    bool RecoverPassword(const std::shared_ptr<KXDownLoadList::DownloadDeviceRecordInfo>& pTask);
-    void RequeueForPassword(const std::shared_ptr<KXDownLoadList::DownloadDeviceRecordInfo>& pTask);
+    Recovery RecoverPassword(const std::shared_ptr<KXDownLoadList::DownloadDeviceRecordInfo>& pTask);
+    Recovery GiveUp(const KXDownLoadList::DownloadDeviceRecordInfo& record, const char* pszWhy);
+    Recovery Requeue(const std::shared_ptr<KXDownLoadList::DownloadDeviceRecordInfo>& pTask, bool bAsks,
+                     const char* pszWhy);
     void RequestDevicePassword(const KXDownLoadList::DownloadDeviceRecordInfo& record);
     QString AnsweredDevice(const QString& strUserInfo) const;
     void RequestCloudPassword(const KXDownLoadList::DownloadCloudRecordInfo& record);
@@ -220,6 +229,7 @@ private:
     RecordQueue m_listRunIOTLanRecord;
     RecordQueue m_listWaitDeviceRecord;
     RecordQueue m_listRunDeviceRecord;
+    RecordQueue m_listRequeueDeviceRecord; // between running and waiting, while the host's stop is on the stack
     std::map<std::string, int> m_mapDevicePwdCount; // password requests of a device since it last ran; for a debugger
     QSet<QString> m_setGettingPasswordDevice;
     bool m_bDiskGuardArmed = false;

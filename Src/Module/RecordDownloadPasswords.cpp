@@ -19,53 +19,54 @@ constexpr int StopForRetry = 0;
 constexpr int StopRefused = 4;
 constexpr int RecordingPassword = 1; // kind of the device's password that is asked for
 
-} // namespace
-
-// A refused transfer is given one more start after a password was fetched, and as many as it takes before that. True
-// when the task is queued again.
-bool RecordDownloadModule::RecoverPassword(const std::shared_ptr<DownloadDeviceRecordInfo>& pTask)
+void LogRecovery(const DownloadRecordInfo& record, const char* pszWhat)
 {
-    const std::string strName = pTask->strText4.toStdString();
-    const char* pszFunction = "RecordDownloadModule::OnDownloadDeviceRecordState";
-    if (!pTask->bNeedPassword || !pTask->bCanGetPassword || !m_pDeviceLogic) {
-        KX_ENGINE_LOG(LogEvent, pszFunction, "Download failed,the current record can not get password.Recordname:%s",
-                      strName.c_str());
-        StopDeviceDownload(pTask->strRecordId, StopRefused, QString());
-        return false;
-    }
-    if (m_setGettingPasswordDevice.contains(pTask->strDeviceId)) {
-        RequeueForPassword(pTask);
-        KX_ENGINE_LOG(LogEvent, pszFunction, "Try download again because this device is getting password.Recordname:%s",
-                      strName.c_str());
-        return true;
-    }
-    if (!pTask->bGotNewPassword) {
-        m_setGettingPasswordDevice.insert(pTask->strDeviceId);
-        StopDeviceDownload(pTask->strRecordId, StopForRetry, QString());
-        RequestDevicePassword(*pTask);
-        pTask->bRetriedWithNewPassword = true;
-        m_listWaitDeviceRecord.Append(pTask);
-        KX_ENGINE_LOG(LogEvent, pszFunction, "Get the password and download again.Recordname:%s", strName.c_str());
-        return true;
-    }
-    if (pTask->bRetriedWithNewPassword) {
-        KX_ENGINE_LOG(LogEvent, pszFunction,
-                      "Download failed,the current record has been tried again with the new password.Recordname:%s",
-                      strName.c_str());
-        StopDeviceDownload(pTask->strRecordId, StopRefused, QString());
-        return false;
-    }
-    RequeueForPassword(pTask);
-    KX_ENGINE_LOG(LogEvent, pszFunction,
-                  "Try download again because Not been retried with the new password.Recordname:%s", strName.c_str());
-    return true;
+    KX_ENGINE_LOG(LogEvent, "RecordDownloadModule::OnDownloadDeviceRecordState", "%s.Recordname:%s", pszWhat,
+                  record.strText4.toUtf8().constData());
 }
 
-void RecordDownloadModule::RequeueForPassword(const std::shared_ptr<DownloadDeviceRecordInfo>& pTask)
+} // namespace
+
+// A refused transfer is given one more start after a password was fetched, and as many as it takes before that.
+RecordDownloadModule::Recovery
+RecordDownloadModule::RecoverPassword(const std::shared_ptr<DownloadDeviceRecordInfo>& pTask)
+{
+    if (!pTask->bNeedPassword || !pTask->bCanGetPassword || !m_pDeviceLogic)
+        return GiveUp(*pTask, "Download failed,the current record can not get password");
+    if (m_setGettingPasswordDevice.contains(pTask->strDeviceId))
+        return Requeue(pTask, false, "Try download again because this device is getting password");
+    if (!pTask->bGotNewPassword) {
+        m_setGettingPasswordDevice.insert(pTask->strDeviceId);
+        return Requeue(pTask, true, "Get the password and download again");
+    }
+    if (pTask->bRetriedWithNewPassword)
+        return GiveUp(*pTask, "Download failed,the current record has been tried again with the new password");
+    return Requeue(pTask, false, "Try download again because Not been retried with the new password");
+}
+
+RecordDownloadModule::Recovery RecordDownloadModule::GiveUp(const DownloadDeviceRecordInfo& record, const char* pszWhy)
+{
+    LogRecovery(record, pszWhy);
+    StopDeviceDownload(record.strRecordId, StopRefused, QString());
+    return Recovery::GivenUp;
+}
+
+// The host may come back from inside its calls with what the client does to the task meanwhile.
+RecordDownloadModule::Recovery RecordDownloadModule::Requeue(const std::shared_ptr<DownloadDeviceRecordInfo>& pTask,
+                                                             bool bAsks, const char* pszWhy)
 {
     pTask->bRetriedWithNewPassword = true;
+    m_listRequeueDeviceRecord.Append(pTask);
     StopDeviceDownload(pTask->strRecordId, StopForRetry, QString());
+    if (bAsks && m_listRequeueDeviceRecord.Contains(pTask->strRecordId))
+        RequestDevicePassword(*pTask);
+    else if (bAsks)
+        m_setGettingPasswordDevice.remove(pTask->strDeviceId); // nobody is left to ask for
+    if (!m_listRequeueDeviceRecord.RemoveTask(pTask))
+        return Recovery::Dropped;
     m_listWaitDeviceRecord.Append(pTask);
+    LogRecovery(*pTask, pszWhy);
+    return Recovery::Requeued;
 }
 
 // The mutex is held around the host's call, so that an answer on a host thread finds its handle in the list.

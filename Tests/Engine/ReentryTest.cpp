@@ -22,6 +22,9 @@ private slots:
     void ARecordRepeatedWhileItsRowIsAnnouncedStartsOnce();
     void ATaskPutInPlaceOfOneThatEndsIsLeftAlone_data();
     void ATaskPutInPlaceOfOneThatEndsIsLeftAlone();
+    void ARefusedTaskDroppedWhileItIsQueuedAgainStaysAway_data();
+    void ARefusedTaskDroppedWhileItIsQueuedAgainStaysAway();
+    void ARefusedTaskSentWhileItIsQueuedAgainIsOneTask();
     void ATaskWhosePathWasGivenAwayGetsAnother();
 };
 
@@ -42,11 +45,31 @@ void Once(EngineRig& rig, const char* pszPrefix, const std::function<void()>& ac
 void AddSourceRows()
 {
     QTest::addColumn<Source>("source");
-    QTest::addColumn<QString>("name"); // in the host's operations
-    QTest::newRow("cloud") << Source::Cloud << QStringLiteral("Cloud");
-    QTest::newRow("device") << Source::Device << QStringLiteral("Device");
-    QTest::newRow("IOT LAN") << Source::IOTLan << QStringLiteral("IOTLan");
-    QTest::newRow("LAN module") << Source::LanModule << QStringLiteral("LanModule");
+    QTest::addColumn<QString>("name");  // in the host's operations
+    QTest::addColumn<bool>("password"); // held until it is answered
+    QTest::newRow("cloud") << Source::Cloud << QStringLiteral("Cloud") << false;
+    QTest::newRow("cloud, with a password") << Source::Cloud << QStringLiteral("Cloud") << true;
+    QTest::newRow("device") << Source::Device << QStringLiteral("Device") << false;
+    QTest::newRow("IOT LAN") << Source::IOTLan << QStringLiteral("IOTLan") << false;
+    QTest::newRow("LAN module") << Source::LanModule << QStringLiteral("LanModule") << false;
+}
+
+// Sends "1"; if its password is asked for, that is answered.
+void SendFirst(EngineRig& rig, Source source, bool bPassword)
+{
+    if (!bPassword) {
+        SendTasks(rig, source, {"1"});
+        return;
+    }
+    auto record = rig.Cloud("1");
+    record.strText1 = QStringLiteral("account");
+    record.strCloudText2 = QStringLiteral("key");
+    const std::size_t uAsked = rig.World().Cloud().Queries().size();
+    rig.SendOne(record);
+    if (rig.World().Cloud().Queries().size() == uAsked)
+        return;
+    rig.World().Cloud().AnswerPassword(uAsked, 1, "canary-secret");
+    rig.Settle();
 }
 
 QString Start(const QString& strName, const char* pszId)
@@ -64,7 +87,31 @@ void FillDisk(EngineRig& rig)
     rig.Send("EventNotifyDeleteDownloadRecord", {rig.World().Folder()});
 }
 
+enum class Drop { Clear, Pause, Delete };
+
+void DropTask(EngineRig& rig, const char* pszId, Drop drop)
+{
+    if (drop == Drop::Clear)
+        FillDisk(rig);
+    else if (drop == Drop::Pause)
+        rig.Engine().PauseRecordDownloads(Rows(rig, {pszId}));
+    else
+        rig.Engine().DeleteRecordDownload(1, QString::fromUtf8(pszId), rig.Task(pszId)->strDownloadPath);
+}
+
+KXDownLoadList::DownloadDeviceRecordInfo Refusable(const EngineRig& rig, const char* pszId, bool bGotPassword)
+{
+    auto record = rig.Device(pszId);
+    record.strDeviceId = QStringLiteral("SN");
+    record.bNeedPassword = true;
+    record.bCanGetPassword = true;
+    record.bGotNewPassword = bGotPassword;
+    return record;
+}
+
 } // namespace
+
+Q_DECLARE_METATYPE(Drop)
 
 void ReentryTest::AHeldTaskResumedTwiceIsOneTask_data()
 {
@@ -143,9 +190,10 @@ void ReentryTest::AFullDiskInsideTheHostsStartStopsThatTransfer()
 {
     QFETCH(Source, source);
     QFETCH(QString, name);
+    QFETCH(bool, password);
     EngineRig rig(NoPictures);
     Once(rig, "Start", [&rig] { FillDisk(rig); });
-    SendTasks(rig, source, {"1"});
+    SendFirst(rig, source, password);
     const QStringList told = Told(rig);
     QCOMPARE(told.mid(told.size() - 3),
              QStringList({Start(name, "1"), QStringLiteral("SignalStopAllRecord"), Stop(name, "1")}));
@@ -164,14 +212,15 @@ void ReentryTest::AFullDiskWhileARowIsAnnouncedStartsNothing()
 {
     QFETCH(Source, source);
     QFETCH(QString, name);
+    QFETCH(bool, password);
     EngineRig rig(NoPictures);
     Once(rig, "SignalAddDownloadInfo", [&rig] { FillDisk(rig); });
-    SendTasks(rig, source, {"1"});
+    SendFirst(rig, source, password);
     QCOMPARE(rig.Calls().Lines("Signal"), Texts({"SignalAddDownloadInfo 1", "SignalStopAllRecord"}));
     QCOMPARE(rig.Calls().Count("Start"), 0);
     rig.RaiseState(source, "1", 0);
     QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates"), 0);
-    SendTasks(rig, source, {"1"}); // it is in no list, so this is no repetition
+    SendFirst(rig, source, password); // it is in no list, so this is no repetition
     QCOMPARE(rig.Calls().Count("SignalAddDownloadInfo"), 2);
     QCOMPARE(rig.Calls().Short("Start"), QStringList(Start(name, "1")));
 }
@@ -185,9 +234,11 @@ void ReentryTest::ARecordRepeatedWhileItsRowIsAnnouncedStartsOnce()
 {
     QFETCH(Source, source);
     QFETCH(QString, name);
+    QFETCH(bool, password);
     EngineRig rig(NoPictures);
-    Once(rig, "SignalAddDownloadInfo", [&rig, source = source] { SendTasks(rig, source, {"1"}); });
-    SendTasks(rig, source, {"1"});
+    Once(rig, "SignalAddDownloadInfo",
+         [&rig, source = source, password = password] { SendFirst(rig, source, password); });
+    SendFirst(rig, source, password);
     QCOMPARE(rig.Calls().Short("Start"), QStringList(Start(name, "1")));
     rig.RaiseState(source, "1", 2);
     QCOMPARE(rig.Calls().Short("Start"), QStringList(Start(name, "1")));
@@ -228,6 +279,64 @@ void ReentryTest::ATaskPutInPlaceOfOneThatEndsIsLeftAlone()
     QCOMPARE(rig.Calls().Lines({"Insert", "Report"}), Texts({}));
     rig.RaiseState(source, "1", 1); // it runs on
     QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates 1 1 false"), 1);
+}
+
+// Of two running tasks of one device "1" is refused; "3" of another device waits.
+void ReentryTest::ARefusedTaskDroppedWhileItIsQueuedAgainStaysAway_data()
+{
+    QTest::addColumn<QString>("inside"); // this call of the host
+    QTest::addColumn<bool>("got");       // the password was fetched before
+    QTest::addColumn<Drop>("drop");
+    struct
+    {
+        const char* pszCall;
+        bool bGot;
+    } const calls[] = {{"StopDeviceRecordDownload 1", false},
+                       {"StopDeviceRecordDownload 1", true},
+                       {"StartDeviceRecordDownload 3", true},
+                       {"RequestDevicePassword", false}};
+    for (const auto& call : calls) {
+        const char* const pszWhen = call.bGot ? "password fetched" : "no password";
+        QTest::addRow("cleared inside %s, %s", call.pszCall, pszWhen) << call.pszCall << call.bGot << Drop::Clear;
+        QTest::addRow("paused inside %s, %s", call.pszCall, pszWhen) << call.pszCall << call.bGot << Drop::Pause;
+        QTest::addRow("deleted inside %s, %s", call.pszCall, pszWhen) << call.pszCall << call.bGot << Drop::Delete;
+    }
+}
+
+void ReentryTest::ARefusedTaskDroppedWhileItIsQueuedAgainStaysAway()
+{
+    QFETCH(QString, inside);
+    QFETCH(bool, got);
+    QFETCH(Drop, drop);
+    EngineRig rig;
+    rig.SendList(1, std::vector{Refusable(rig, "1", got), Refusable(rig, "2", got), rig.Device("3")});
+    rig.Calls().Clear();
+    Once(rig, inside.toUtf8().constData(), [&] { DropTask(rig, "1", drop); });
+    rig.RaiseState(Source::Device, "1", 3);
+    QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates 1"), 0); // its row is paused or gone
+    QCOMPARE(StateEvents(rig), Texts({}));
+    if (rig.Calls().Count("RequestDevicePassword") > 0)
+        rig.World().Devices().AnswerPassword(0, 0, "sealed");
+    rig.Settle();
+    rig.RaiseState(Source::Device, "2", 2);
+    rig.RaiseState(Source::Device, "3", 2);
+    QCOMPARE(rig.Calls().Count("StartDeviceRecordDownload 1"), 0);
+    rig.Calls().Clear();
+    SendTasks(rig, Source::Device, {"4"}); // the source is not held up
+    QCOMPARE(rig.Calls().Short("Start"), Texts({"StartDeviceRecordDownload 4"}));
+}
+
+void ReentryTest::ARefusedTaskSentWhileItIsQueuedAgainIsOneTask()
+{
+    EngineRig rig;
+    rig.SendList(1, std::vector{Refusable(rig, "1", true), Refusable(rig, "2", true), rig.Device("3")});
+    rig.Calls().Clear();
+    Once(rig, "StartDeviceRecordDownload 3", [&rig] { rig.SendOne(Refusable(rig, "1", true)); });
+    rig.RaiseState(Source::Device, "1", 3);
+    for (const char* pszId : {"2", "3", "1"})
+        rig.RaiseState(Source::Device, pszId, 2);
+    QCOMPARE(rig.Calls().Count("StartDeviceRecordDownload 1"), 1);
+    QCOMPARE(rig.Calls().Count("SignalAddDownloadInfo 1"), 0);
 }
 
 void ReentryTest::ATaskWhosePathWasGivenAwayGetsAnother()
