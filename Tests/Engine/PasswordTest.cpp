@@ -22,7 +22,7 @@ private slots:
     void NoDeviceTaskStartsWhileAnyDeviceIsAsked();
     void TwoDevicesAreAskedEachForItself();
     void OtherSourcesStartWhileADeviceIsAsked();
-    void ARefusedTaskOfAnotherClassIsNoBusinessOfTheDeviceSource();
+    void ATaskOfAnotherClassIsNeverStartedAndTakesNoPlace();
     void AHostWithoutDevicesCannotBeAsked();
 };
 
@@ -342,13 +342,15 @@ void PasswordTest::OtherSourcesStartWhileADeviceIsAsked()
              Texts({"StartLanModuleRecordDownload 2", "StartIOTLanRecordDownload 3", "StartCloudRecordDownload 4"}));
 }
 
-void PasswordTest::ARefusedTaskOfAnotherClassIsNoBusinessOfTheDeviceSource()
+void PasswordTest::ATaskOfAnotherClassIsNeverStartedAndTakesNoPlace()
 {
     EngineRig rig;
     auto record = rig.Cloud("1");
     record.iRecordType = 1;
     rig.SendList(0, std::vector{record});
+    QCOMPARE(rig.Calls().Count("SignalAddDownloadInfo 1"), 1);
     rig.SendList(1, std::vector{rig.Device("2"), rig.Device("3"), rig.Device("4")});
+    QCOMPARE(rig.Calls().Short("Start"), Texts({"StartDeviceRecordDownload 2", "StartDeviceRecordDownload 3"}));
     rig.Calls().Clear();
     rig.RaiseState(Source::Device, "1", 3);
     QCOMPARE(Told(rig), Texts({}));
