@@ -26,7 +26,7 @@ struct PictureDecryptJob
 // The one thread that decrypts cover pictures, one after the other in the order of their jobs.
 //
 // Start, Stop and Enqueue are called on the thread that owns the object; the signal is emitted on this thread itself.
-// Only the job queue is shared. Destroying the object stops it first.
+// Only the queues of jobs and of finished ones are shared. Destroying the object stops it first.
 class PictrueDecrypt : public QThread
 {
     Q_OBJECT
