@@ -47,6 +47,7 @@ DownloadWidget::~DownloadWidget()
     ClearPauseRecordFile();
     m_pThumbnailThread->quit();
     m_pThumbnailThread->wait();
+    RemoveDroppedPictures();
     delete ui->downloadListView; // with its rows, which leave a living parent at once but a dying one slowly
 }
 

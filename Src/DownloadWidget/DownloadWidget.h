@@ -4,6 +4,7 @@
 #include "Model/DownloadRecordInfo.h"
 
 #include <QtCore/QBasicTimer>
+#include <QtCore/QHash>
 #include <QtCore/QMap>
 #include <QtCore/QSet>
 #include <QtCore/QStringList>
@@ -77,11 +78,14 @@ private:
     DownloadItem* RowOf(const QString& strRecordId) const;
     QList<DownloadItem*> Rows() const;
     void PauseRow(DownloadItem& row);
+    void RestartRow(DownloadItem& row);
+    void DropPicture(const KXDownLoadList::DownloadRecordInfo& record);
     void RepaintWithNextFrame(const QString& strRecordId);
     void RequestThumbnail(const DownloadItem& row, const QString& strSource);
     void RemoveRow(int iIndex);
     void FinishDownloadRecord(const QString& strRecordId);
     void ClearPauseRecordFile();
+    void RemoveDroppedPictures();
 
     std::unique_ptr<Ui::DownloadWidget> ui;
     QStringList m_listPausedRecordIds; // in the order in which they were paused; may repeat
@@ -89,6 +93,8 @@ private:
     QMap<int, KXSvgPixmap*> m_mapButtonPixmap; // shared with every row
     QThread* m_pThumbnailThread = nullptr;
     SaveDeviceRecordThumbWorker* m_pThumbnailWorker = nullptr;
+    QHash<QString, int> m_mapThumbnailRequests;   // on their way, by record id
+    QHash<QString, QString> m_mapDroppedPictures; // of those, files that are to go when they come
     int m_iRowCount = 0;
     QSet<QString> m_setProgressed;                 // rows to be repainted with the next frame
     QBasicTimer m_frameTimer;                      // runs until a frame finds none

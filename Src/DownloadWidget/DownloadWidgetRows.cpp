@@ -17,6 +17,19 @@
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
 
+namespace {
+
+void RemoveFile(const QString& strPath, int iDoneLine, int iFailedLine)
+{
+    if (!QFile::exists(strPath))
+        return;
+    const bool bRemoved = QFile::remove(strPath);
+    KX_PANEL_LOG(bRemoved ? iDoneLine : iFailedLine, bRemoved ? PanelLogEvent : PanelLogFailure,
+                 "DownloadWidget::ClearPauseRecordFile", "remove file[%s]", strPath.toUtf8().constData());
+}
+
+} // namespace
+
 DownloadItem* DownloadWidget::RowOf(const QString& strRecordId) const
 {
     return dynamic_cast<DownloadItem*>(ui->downloadListView->GetItem(strRecordId));
@@ -36,6 +49,7 @@ void DownloadWidget::AddDownloadInfo(DownloadRecordInfoPtr pInfo)
 {
     if (RowOf(pInfo->strRecordId))
         return;
+    m_mapDroppedPictures.remove(pInfo->strRecordId);
     auto* pRow = new DownloadItem(this, m_mapButtonPixmap);
     pRow->SetRecord(pInfo);
     ui->downloadListView->AddItem(pRow, true);
@@ -54,7 +68,16 @@ void DownloadWidget::AddDownloadInfo(DownloadRecordInfoPtr pInfo)
 void DownloadWidget::RequestThumbnail(const DownloadItem& row, const QString& strSource)
 {
     const DownloadRecordInfoPtr pRecord = row.Record();
+    ++m_mapThumbnailRequests[pRecord->strRecordId];
     emit SignalStartWork(strSource, PicturePathOf(pRecord->strDownloadPath), pRecord->strRecordId);
+}
+
+// A thumbnail that is still on its way would be left beside a recording that is gone.
+void DownloadWidget::DropPicture(const KXDownLoadList::DownloadRecordInfo& record)
+{
+    const QString strPicturePath = PicturePathOf(record.strDownloadPath);
+    if (m_mapThumbnailRequests.contains(record.strRecordId) && strPicturePath != record.strDownloadPath)
+        m_mapDroppedPictures.insert(record.strRecordId, strPicturePath);
 }
 
 void DownloadWidget::OnGetDeviceRecordThumbs(QVariantList list)
@@ -78,6 +101,11 @@ void DownloadWidget::UpdateCloudPictureInfo(QString strUrl, QString strDesPath)
 
 void DownloadWidget::OnCopyPictureFinished(QString strRecordID, QString strPath)
 {
+    if (--m_mapThumbnailRequests[strRecordID] <= 0) {
+        m_mapThumbnailRequests.remove(strRecordID);
+        if (m_mapDroppedPictures.contains(strRecordID))
+            QFile::remove(m_mapDroppedPictures.take(strRecordID));
+    }
     DownloadItem* pRow = RowOf(strRecordID);
     if (!pRow || pRow->Record()->iRecordType != KXDownLoadList::DeviceRecord)
         return;
@@ -189,10 +217,13 @@ void DownloadWidget::OnDeleteRecord(QString strRecordId)
                      "OnDeleteRecord: item not found for strRecordId[%s]", strRecordId.toUtf8().constData());
         return;
     }
-    const int iIndex = ui->downloadListView->IndexOfItem(pRow);
     const DownloadRecordInfoPtr pRecord = pRow->Record();
+    DropPicture(*pRecord);
     m_pEngine->DeleteRecordDownload(pRecord->iRecordType, pRecord->strRecordId, pRecord->strDownloadPath);
-    RemoveRow(iIndex);
+    // Rows may have gone meanwhile, this one too: a host may let events run while it stops a transfer.
+    pRow = RowOf(strRecordId);
+    if (pRow && pRow->Record() == pRecord)
+        RemoveRow(ui->downloadListView->IndexOfItem(pRow));
     m_listPausedRecordIds.removeAll(strRecordId);
 }
 
@@ -206,6 +237,14 @@ void DownloadWidget::PauseRow(DownloadItem& row)
     m_listPausedRecordIds.append(pRecord->strRecordId);
 }
 
+// It counts from nothing: what the old transfer reported last may have been added after the pause.
+void DownloadWidget::RestartRow(DownloadItem& row)
+{
+    row.Record()->lReceivedSize = 0;
+    row.SetState(RowLook::Waiting);
+}
+
+// A row is told before the engine is: inside a start the host may report a full disk, which pauses it again.
 void DownloadWidget::OnChangeDownloadState(bool bStart)
 {
     auto* pRow = qobject_cast<DownloadItem*>(sender());
@@ -213,9 +252,9 @@ void DownloadWidget::OnChangeDownloadState(bool bStart)
         return;
     const DownloadRecordInfoPtr pRecord = pRow->Record();
     if (bStart) {
-        StartRecordDownloads({pRecord});
-        pRow->SetState(RowLook::Waiting);
+        RestartRow(*pRow);
         m_listPausedRecordIds.removeAll(pRecord->strRecordId);
+        StartRecordDownloads({pRecord});
     } else {
         PauseRecordDownloads({pRecord});
         PauseRow(*pRow);
@@ -237,15 +276,16 @@ void DownloadWidget::OnBtnAllStart()
         return;
     }
     SetAllStartText(false);
-    for (const QString& strRecordId : qAsConst(m_listPausedRecordIds)) {
+    QStringList pausedRecordIds;
+    pausedRecordIds.swap(m_listPausedRecordIds);
+    for (const QString& strRecordId : qAsConst(pausedRecordIds)) {
         DownloadItem* pRow = RowOf(strRecordId);
         if (!pRow)
             continue;
         records.append(pRow->Record());
-        pRow->SetState(RowLook::Waiting);
+        RestartRow(*pRow);
     }
     StartRecordDownloads(records);
-    m_listPausedRecordIds.clear();
 }
 
 // The engine has stopped every transfer already; the rows only follow.
@@ -271,20 +311,20 @@ void DownloadWidget::OnScrollValueChanged(int)
 // What is still paused when the panel goes starts over another time: its partial files go.
 void DownloadWidget::ClearPauseRecordFile()
 {
-    const auto remove = [](const QString& strPath, int iDoneLine, int iFailedLine) {
-        if (!QFile::exists(strPath))
-            return;
-        const bool bRemoved = QFile::remove(strPath);
-        KX_PANEL_LOG(bRemoved ? iDoneLine : iFailedLine, bRemoved ? PanelLogEvent : PanelLogFailure,
-                     "DownloadWidget::ClearPauseRecordFile", "remove file[%s]", strPath.toUtf8().constData());
-    };
     for (const QString& strRecordId : qAsConst(m_listPausedRecordIds)) {
         const DownloadItem* pRow = RowOf(strRecordId);
         if (!pRow)
             continue;
         const QString strPath = pRow->Record()->strDownloadPath;
-        remove(strPath, 306, 310);
-        remove(PicturePathOf(strPath), 319, 323);
+        RemoveFile(strPath, 306, 310);
+        RemoveFile(PicturePathOf(strPath), 319, 323);
+        DropPicture(*pRow->Record());
     }
     m_listPausedRecordIds.clear();
+}
+
+void DownloadWidget::RemoveDroppedPictures()
+{
+    for (const QString& strPath : qAsConst(m_mapDroppedPictures))
+        RemoveFile(strPath, 319, 323);
 }

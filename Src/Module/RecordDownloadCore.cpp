@@ -155,7 +155,10 @@ void RecordDownloadModule::ReceiveRecords(const QByteArray& bytes)
 
 void RecordDownloadModule::StartRecordDownloads(const QList<DownloadRecordInfoPtr>& list)
 {
+    const quint64 uClears = m_uClears;
     for (const DownloadRecordInfoPtr& pTask : list) {
+        if (uClears != m_uClears)
+            break; // the client cleared everything inside a start, and the rest with it
         if (m_promisedPaths.IsTaken(pTask->strDownloadPath, pTask))
             pTask->strDownloadPath = MakeUniqueFilePath(pTask->strDownloadPath);
         m_promisedPaths.Hold(pTask);
