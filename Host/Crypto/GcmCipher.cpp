@@ -2,6 +2,8 @@
 
 #include "Host/Crypto/SealedStream.h"
 
+#include <QtCore/qglobal.h>
+
 #include <gcrypt.h>
 
 #include <algorithm>
@@ -12,6 +14,7 @@
 namespace {
 
 // The library tells on the error output what it finds on the machine; only what is wrong matters to us.
+Q_ATTRIBUTE_FORMAT_PRINTF(3, 0)
 void OnLibraryMessage(void*, int iLevel, const char* pszFormat, va_list arguments)
 {
     if (iLevel >= GCRY_LOG_ERROR && iLevel != GCRY_LOG_DEBUG)
