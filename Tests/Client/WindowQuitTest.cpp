@@ -92,7 +92,7 @@ void WindowQuitTest::ThePluginIsUnmapped()
     QVERIFY(bMappedWhileOpen);
     QVERIFY(!isMapped());
 #else
-    QSKIP("reads Linux's own list of mapped files");
+    QSKIP("reads Linux's own list of mapped files", "");
 #endif
 }
 

@@ -151,7 +151,7 @@ void WindowTest::AnotherFolderGetsWhatIsAskedForNext()
 void WindowTest::TheSettingsButtonAsksForTheFolder()
 {
 #ifdef __SANITIZE_THREAD__
-    QSKIP("Qt's own folder dialog connects to its thread while that starts");
+    QSKIP("Qt's own folder dialog connects to its thread while that starts", "");
 #endif
     WindowUser user;
     const QStringList slow{QStringLiteral("--fault"), QStringLiteral("slow=500@") + StairwellId};

@@ -54,9 +54,9 @@ void HostileTargetTest::AReadOnlyFolder()
     const QString strVolume = qEnvironmentVariable("KX_SMALL_VOLUME");
     QFile reason(strVolume + "/reason"_s);
     if (strVolume.isEmpty())
-        QSKIP("no volume was made for this run");
+        QSKIP("no volume was made for this run", "");
     if (reason.open(QIODevice::ReadOnly))
-        QSKIP(reason.readAll().constData());
+        QSKIP(reason.readAll().constData(), "");
     Workplace place;
     QStringList arguments = place.Download(m_site.Config(), RecordFor("a.mp4"_s));
     arguments[arguments.indexOf("--out"_s) + 1] = strVolume + "/read-only"_s;
@@ -91,7 +91,7 @@ void HostileTargetTest::AFileThatAnotherProcessHolds()
     QCOMPARE(place.Read("out/hall.mp4"_s), QByteArray("mine"));
     QCOMPARE(place.Read("out/hall(1).mp4"_s).size(), 102400);
 #else
-    QSKIP("here a file is never closed to others by being open");
+    QSKIP("here a file is never closed to others by being open", "");
 #endif
 }
 

@@ -84,9 +84,9 @@ void DiskFreeSpaceTest::ASmallVolumeIsMeasuredToTheMebibyte()
     const QString strVolume = qEnvironmentVariable("KX_SMALL_VOLUME");
     QFile reason(strVolume + QStringLiteral("/reason"));
     if (strVolume.isEmpty())
-        QSKIP("no small volume was made for this run");
+        QSKIP("no small volume was made for this run", "");
     if (reason.open(QIODevice::ReadOnly))
-        QSKIP(reason.readAll().constData());
+        QSKIP(reason.readAll().constData(), "");
     const QString strFolder = strVolume + QLatin1Char('/') + folder;
     QVERIFY(QDir().mkpath(strFolder));
     QFile filler(strVolume + QStringLiteral("/filler"));

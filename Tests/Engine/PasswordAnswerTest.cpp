@@ -253,6 +253,8 @@ void PasswordAnswerTest::NoLocalEncodingLosesTheDevice_data()
     QTest::addColumn<QByteArray>("encoding");
     QTest::addColumn<QString>("device");
     for (const char* pszEncoding : {"ISO-8859-1", "windows-1252", "GB18030", "US-ASCII", "UTF-8"}) {
+        if (!QTextCodec::codecForName(pszEncoding))
+            continue; // US-ASCII comes with a library that not every build of Qt has
         for (const char* pszDevice : {"SN-ä", "SN-录"})
             QTest::addRow("%s in %s", pszDevice, pszEncoding)
                 << QByteArray(pszEncoding) << QString::fromUtf8(pszDevice);

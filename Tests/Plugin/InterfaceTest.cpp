@@ -79,7 +79,7 @@ void InterfaceTest::OperationsStandInThisOrder()
         PlaceOf(&Plugin::Information), PlaceOf(&Plugin::CenterWidget), PlaceOf(&Plugin::SetGetDataListener)};
     QCOMPARE(places, QList<int>({0, 1, 2, 3, 4, 5, 6, 7, 10, 11, 12, 13})); // the destructor has 8 and 9
 #else
-    QSKIP("reads the table as the Itanium C++ ABI lays it out");
+    QSKIP("reads the table as the Itanium C++ ABI lays it out", "");
 #endif
 }
 
