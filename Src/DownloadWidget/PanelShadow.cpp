@@ -22,7 +22,7 @@ int Reach(qreal dBlurRadius)
 // How many device pixels there are in one of the panel's; 0 when they do not lie pixel on pixel.
 int RatioOf(const QPainter& painter)
 {
-    const QTransform transform = painter.deviceTransform();
+    const QTransform& transform = painter.deviceTransform();
     const int iRatio = qRound(painter.device()->devicePixelRatioF());
     const bool bWhole = transform.m11() == iRatio && transform.m22() == iRatio && transform.m12() == 0 &&
                         transform.m21() == 0 && transform.isAffine() &&

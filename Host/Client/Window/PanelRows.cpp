@@ -20,10 +20,11 @@ bool PanelRows::Has(const QString& strRecordId) const
 
 QStringList PanelRows::InView() const
 {
-    QList<QGraphicsItem*> rows;
-    if (m_pGrid)
-        m_pGrid->GetItemsInViewPort(rows, true);
     QStringList ids;
+    if (!m_pGrid)
+        return ids;
+    QList<QGraphicsItem*> rows;
+    m_pGrid->GetItemsInViewPort(rows, true);
     for (const QGraphicsItem* pRow : rows) {
         // The panel is a little narrower than its rows: their height counts.
         const QRectF row = m_pGrid->mapFromScene(pRow->sceneBoundingRect()).boundingRect();
