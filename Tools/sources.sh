@@ -18,7 +18,7 @@ enable_sources() {
 fetch_sources() {
     local package
     for package in "$@"; do
-        apt-cache showsrc "$package" 2>/dev/null | grep -q '^Package:' || enable_sources
+        [[ -n $(apt-cache showsrc "$package" 2>/dev/null) ]] || enable_sources
         rm -rf "$package" "$package"_*
         apt-get source --download-only "$package"
         dpkg-source --no-check -x "$package"_*.dsc "$package"
