@@ -1,3 +1,4 @@
+#include "Model/CompareRecords.h"
 #include "Model/FilledRecords.h"
 
 #include <QtCore/QDataStream>
@@ -27,28 +28,6 @@ Record Read(const QByteArray& hex, QDataStream::Status expected = QDataStream::O
     if (stream.status() != expected)
         qFatal("the stream ended in status %d", static_cast<int>(stream.status()));
     return record;
-}
-
-void CompareReadBase(const DownloadRecordInfo& record)
-{
-    QCOMPARE(record.strRecordId, QStringLiteral("7"));
-    QCOMPARE(record.lValue1, Q_INT64_C(72623859790382856));
-    QCOMPARE(record.lValue2, Q_INT64_C(-2));
-    QCOMPARE(record.strText1, QStringLiteral("a"));
-    QCOMPARE(record.strDeviceId, QStringLiteral("b"));
-    QCOMPARE(record.uValue3, Q_UINT64_C(1));
-    QCOMPARE(record.strDownloadPath, QString::fromUtf8("/v/ä.mp4"));
-    QCOMPARE(record.strStartTime, QStringLiteral("c"));
-    QCOMPARE(record.strEndTime, QStringLiteral("d"));
-    QCOMPARE(record.lFileSize, Q_INT64_C(16));
-    QCOMPARE(record.lReceivedSize, Q_INT64_C(-1));
-    QCOMPARE(record.strPassword, QStringLiteral("e"));
-    QCOMPARE(record.strText3, QStringLiteral("f"));
-    QCOMPARE(record.strText4, QStringLiteral("g"));
-    QCOMPARE(record.strText5, QStringLiteral("h"));
-    QCOMPARE(record.iValue5, -5);
-    QCOMPARE(record.strPicturePath, QStringLiteral("i"));
-    QCOMPARE(record.strFileName, QStringLiteral("j"));
 }
 
 } // namespace
@@ -162,19 +141,13 @@ void RecordStreamTest::EachDeviceFlagIsWrittenAtItsPlace()
 void RecordStreamTest::CloudRecordIsReadFromItsBytes()
 {
     const auto record = Read<DownloadCloudRecordInfo>(FilledRecords::Hex(0, FilledRecords::CloudBytes));
-    CompareReadBase(record);
-    QCOMPARE(record.iRecordType, 0);
-    QCOMPARE(record.iCloudValue, 6);
-    QCOMPARE(record.strCloudText1, QStringLiteral("k"));
-    QCOMPARE(record.strCloudText2, QStringLiteral("l"));
-    QCOMPARE(record.strCloudText3, QStringLiteral("m"));
-    QCOMPARE(record.strCloudText4, QStringLiteral("n"));
+    FilledRecords::CompareCloud(record, -1);
 }
 
 void RecordStreamTest::DeviceRecordIsReadFromItsBytes()
 {
     const auto record = Read<DownloadDeviceRecordInfo>(FilledRecords::Hex(1, FilledRecords::DeviceBytes));
-    CompareReadBase(record);
+    FilledRecords::CompareBase(record, -1);
     QCOMPARE(record.iRecordType, 1);
     QCOMPARE(record.iDeviceValue, 7);
     QCOMPARE(record.bUseAltStart, true);
@@ -195,16 +168,7 @@ void RecordStreamTest::BothLanTypesAreReadFromTheSameFields()
 {
     QFETCH(int, type);
     const auto record = Read<DownloadLanModuleRecordInfo>(FilledRecords::Hex(type, FilledRecords::LanBytes));
-    CompareReadBase(record);
-    QCOMPARE(record.iRecordType, type);
-    QCOMPARE(record.strLanText1, QStringLiteral("k"));
-    QCOMPARE(record.strLanText2, QStringLiteral("l"));
-    QCOMPARE(record.strLanText3, QStringLiteral("m"));
-    QCOMPARE(record.iLanValue1, 8);
-    QCOMPARE(record.strLanText4, QStringLiteral("n"));
-    QCOMPARE(record.iLanValue2, 9);
-    QCOMPARE(record.iLanValue3, 10);
-    QCOMPARE(record.bLanFlag, true);
+    FilledRecords::CompareLan(record, type, -1);
 }
 
 void RecordStreamTest::ReceivedSizeStaysTheReaders()
@@ -241,7 +205,7 @@ void RecordStreamTest::RecordsLieBackToBack()
     QCOMPARE(stream.status(), QDataStream::Ok);
     QCOMPARE(first.iRecordType, 2);
     QCOMPARE(second.iRecordType, 3);
-    CompareReadBase(second);
+    FilledRecords::CompareBase(second, -1);
 }
 
 void RecordStreamTest::EmptyStreamIsAtItsEndAtOnce()

@@ -1,3 +1,4 @@
+#include "Model/CompareRecords.h"
 #include "Model/FilledRecords.h"
 
 #include <QtCore/QDataStream>
@@ -6,32 +7,6 @@
 #include <type_traits>
 
 using namespace KXDownLoadList;
-
-namespace {
-
-void CompareBase(const DownloadRecordInfo& record)
-{
-    QCOMPARE(record.strRecordId, QStringLiteral("7"));
-    QCOMPARE(record.lValue1, Q_INT64_C(72623859790382856));
-    QCOMPARE(record.lValue2, Q_INT64_C(-2));
-    QCOMPARE(record.strText1, QStringLiteral("a"));
-    QCOMPARE(record.strDeviceId, QStringLiteral("b"));
-    QCOMPARE(record.uValue3, Q_UINT64_C(1));
-    QCOMPARE(record.strDownloadPath, QString::fromUtf8("/v/ä.mp4"));
-    QCOMPARE(record.strStartTime, QStringLiteral("c"));
-    QCOMPARE(record.strEndTime, QStringLiteral("d"));
-    QCOMPARE(record.lFileSize, Q_INT64_C(16));
-    QCOMPARE(record.lReceivedSize, Q_INT64_C(99));
-    QCOMPARE(record.strPassword, QStringLiteral("e"));
-    QCOMPARE(record.strText3, QStringLiteral("f"));
-    QCOMPARE(record.strText4, QStringLiteral("g"));
-    QCOMPARE(record.strText5, QStringLiteral("h"));
-    QCOMPARE(record.iValue5, -5);
-    QCOMPARE(record.strPicturePath, QStringLiteral("i"));
-    QCOMPARE(record.strFileName, QStringLiteral("j"));
-}
-
-} // namespace
 
 class RecordTest : public QObject
 {
@@ -111,13 +86,7 @@ void RecordTest::CopyOfACloudRecordHasEveryField()
 {
     const DownloadCloudRecordInfo original = FilledRecords::Cloud();
     const DownloadCloudRecordInfo copy(original);
-    CompareBase(copy);
-    QCOMPARE(copy.iRecordType, 0);
-    QCOMPARE(copy.iCloudValue, 6);
-    QCOMPARE(copy.strCloudText1, QStringLiteral("k"));
-    QCOMPARE(copy.strCloudText2, QStringLiteral("l"));
-    QCOMPARE(copy.strCloudText3, QStringLiteral("m"));
-    QCOMPARE(copy.strCloudText4, QStringLiteral("n"));
+    FilledRecords::CompareCloud(copy, 99);
 }
 
 void RecordTest::CopyOfADeviceRecordHasEveryField()
@@ -126,7 +95,7 @@ void RecordTest::CopyOfADeviceRecordHasEveryField()
     original.bCanGetPassword = true;
     original.bRetriedWithNewPassword = true;
     const DownloadDeviceRecordInfo copy(original);
-    CompareBase(copy);
+    FilledRecords::CompareBase(copy, 99);
     QCOMPARE(copy.iRecordType, 1);
     QCOMPARE(copy.iDeviceValue, 7);
     QCOMPARE(copy.bUseAltStart, true);
@@ -140,16 +109,7 @@ void RecordTest::CopyOfALanModuleRecordHasEveryField()
 {
     const DownloadLanModuleRecordInfo original = FilledRecords::Lan(3);
     const DownloadLanModuleRecordInfo copy(original);
-    CompareBase(copy);
-    QCOMPARE(copy.iRecordType, 3);
-    QCOMPARE(copy.strLanText1, QStringLiteral("k"));
-    QCOMPARE(copy.strLanText2, QStringLiteral("l"));
-    QCOMPARE(copy.strLanText3, QStringLiteral("m"));
-    QCOMPARE(copy.iLanValue1, 8);
-    QCOMPARE(copy.strLanText4, QStringLiteral("n"));
-    QCOMPARE(copy.iLanValue2, 9);
-    QCOMPARE(copy.iLanValue3, 10);
-    QCOMPARE(copy.bLanFlag, true);
+    FilledRecords::CompareLan(copy, 3, 99);
 }
 
 void RecordTest::CopyDoesNotFollowItsOriginal()
