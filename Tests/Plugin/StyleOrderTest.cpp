@@ -1,0 +1,108 @@
+// What the plug-in gives the host to rewrite, and what it does with the answer: with a colour table and a rewriting of
+// the test's own.
+
+#include "FakeHost/FakeWorld.h"
+#include "Plugin/KXRecordManage.h"
+#include "Plugin/ScriptedStyle.h"
+
+#include <QtTest/QTest>
+#include <QtWidgets/QWidget>
+
+class StyleOrderTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void TheColoursAreThereBeforeTheHostRewrites();
+    void AKeyThatTheTableLacksIsLeftToTheHost();
+    void AValueThatHoldsALaterKeyIsReplacedAgain();
+    void ThePanelWearsWhatTheHostMadeOfIt();
+    void TheHostIsAskedOncePerLife();
+
+private:
+    // What the host was given to rewrite by the plug-in's start, without its line breaks.
+    QString Given();
+};
+
+// The keys that the plug-in's sheet uses, each with a colour that no other has.
+void StyleOrderTest::init()
+{
+    ScriptedStyle::Current() = {};
+    const std::initializer_list<std::pair<const char*, const char*>> colors = {
+        {"pc001", "#111111"}, {"pc004", "#444444"}, {"pc005", "#555555"}, {"pc008", "#888888"}, {"pc011", "#ffffff"}};
+    for (const auto& color : colors)
+        ScriptedStyle::Current().colors.insert(QString::fromUtf8(color.first), QString::fromUtf8(color.second));
+}
+
+QString StyleOrderTest::Given()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{}"));
+    plugin.Destory();
+    return ScriptedStyle::Current().texts.value(0).simplified();
+}
+
+void StyleOrderTest::TheColoursAreThereBeforeTheHostRewrites()
+{
+    const QString strGiven = Given();
+    QVERIFY2(strGiven.contains(QStringLiteral("DownloadWidget { background: KX_COLOR(#ffffff);")),
+             qPrintable(strGiven));
+    QVERIFY(strGiven.contains(QStringLiteral("border: 1px solid KX_COLOR(#888888);")));
+    QVERIFY(strGiven.contains(QStringLiteral("DownloadWidget QLabel#labelText { color: KX_COLOR(#555555);")));
+    QVERIFY(strGiven.contains(QStringLiteral("color: KX_COLOR(#444444);")));
+    QVERIFY(strGiven.contains(QStringLiteral("color: KX_COLOR(#111111);")));
+    QVERIFY(!strGiven.contains(QStringLiteral("pc0")));
+}
+
+void StyleOrderTest::AKeyThatTheTableLacksIsLeftToTheHost()
+{
+    ScriptedStyle::Current().colors.remove(QStringLiteral("pc011"));
+    const QString strGiven = Given();
+    QVERIFY2(strGiven.contains(QStringLiteral("background: KX_COLOR(pc011);")), qPrintable(strGiven));
+    QVERIFY(strGiven.contains(QStringLiteral("border: 1px solid KX_COLOR(#888888);")));
+}
+
+// The table's keys go in ascending order, whichever came into it first.
+void StyleOrderTest::AValueThatHoldsALaterKeyIsReplacedAgain()
+{
+    ScriptedStyle::Current().colors.insert(QStringLiteral("pc005"), QStringLiteral("pc011"));
+    ScriptedStyle::Current().colors.insert(QStringLiteral("pc008"), QStringLiteral("pc001"));
+    const QString strGiven = Given();
+    QVERIFY2(strGiven.contains(QStringLiteral("QLabel#labelText { color: KX_COLOR(#ffffff);")), qPrintable(strGiven));
+    QVERIFY(strGiven.contains(QStringLiteral("border: 1px solid KX_COLOR(pc001);")));
+}
+
+void StyleOrderTest::ThePanelWearsWhatTheHostMadeOfIt()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    ScriptedStyle::Current().strRewritten = QStringLiteral("QLabel { color: #123456 }");
+    plugin.Init(QStringLiteral("{}"));
+    QCOMPARE(plugin.CenterWidget(QString())->styleSheet(), QStringLiteral("QLabel { color: #123456 }"));
+    plugin.Destory();
+}
+
+void StyleOrderTest::TheHostIsAskedOncePerLife()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("no json"));
+    QCOMPARE(ScriptedStyle::Current().texts.size(), 0);
+    plugin.Init(QStringLiteral("{}"));
+    QCOMPARE(ScriptedStyle::Current().texts.size(), 1);
+    plugin.Init(QStringLiteral("{}"));
+    world.Bus().Send("EventNotifyConfigPluginUpdateLanguage", {QStringLiteral("ru")});
+    plugin.Start();
+    plugin.Stop();
+    QCOMPARE(ScriptedStyle::Current().texts.size(), 1);
+    plugin.Destory();
+    plugin.Init(QStringLiteral("{}"));
+    QCOMPARE(ScriptedStyle::Current().texts.size(), 2);
+    plugin.Destory();
+}
+
+QTEST_MAIN(StyleOrderTest)
+
+#include "StyleOrderTest.moc"
