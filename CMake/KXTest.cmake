@@ -1,7 +1,7 @@
 # One test program per subject: kx_add_test(NAME [SOURCES file ...] [LIBRARIES target ...]). Without SOURCES it is NAME.cpp.
 # The program runs without a display of its own: offscreen on Linux; a Windows program that was built elsewhere runs
-# under Wine with the platform that it ships with, on a display that is there for the tests. On Linux it runs in a
-# scratch folder of its own that CheckCanaries looks through and empties.
+# under Wine with the platform that it ships with, on a display that is there for the tests. It runs in a scratch folder
+# of its own, where its temporary files stay until CheckCanaries has looked through them.
 if(MINGW AND CMAKE_CROSSCOMPILING)
     set(KX_WINE_FOLDER "${CMAKE_BINARY_DIR}/wine")
     set(KX_WINE "${CMAKE_SOURCE_DIR}/Tools/windows/wine.sh" "${KX_WINE_FOLDER}")
@@ -20,20 +20,23 @@ function(kx_add_test name)
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE KXWarnings Qt5::Test ${ARG_LIBRARIES})
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/Tests")
-    if(KX_WINE)
-        add_test(NAME ${name} COMMAND ${KX_WINE} --test "$<TARGET_FILE:${name}>")
-        set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED WineDesktop)
-        return()
-    endif()
-    add_test(NAME ${name} COMMAND ${name})
     set(scratch "${PROJECT_BINARY_DIR}/scratch/${name}")
     file(MAKE_DIRECTORY "${scratch}")
-    set(environment "QT_QPA_PLATFORM=offscreen" "KX_KEEP_SCRATCH=1" "TMPDIR=${scratch}")
+    set(environment "KX_KEEP_SCRATCH=1")
+    set(fixtures Scratch)
+    if(KX_WINE)
+        add_test(NAME ${name} COMMAND ${KX_WINE} --test "$<TARGET_FILE:${name}>")
+        list(APPEND environment "KX_TEMP=Z:${scratch}")
+        list(APPEND fixtures WineDesktop)
+    else()
+        add_test(NAME ${name} COMMAND ${name})
+        list(APPEND environment "QT_QPA_PLATFORM=offscreen" "TMPDIR=${scratch}")
+    endif()
     if(KX_SANITIZE MATCHES "address")
         list(APPEND environment "LSAN_OPTIONS=print_suppressions=0:suppressions=${PROJECT_SOURCE_DIR}/Tests/leaks.supp")
     endif()
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment}" WORKING_DIRECTORY "${scratch}"
-                         FIXTURES_REQUIRED Scratch)
+                         FIXTURES_REQUIRED "${fixtures}")
 endfunction()
 
 # A volume of their own for tests that want one: kx_add_small_volume() once, then kx_needs_small_volume(NAME) for each, which

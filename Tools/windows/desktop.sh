@@ -8,6 +8,7 @@ folder=$2
 mkdir -p "$folder"
 folder=$(cd "$folder" && pwd)
 export WINEPREFIX=$folder/prefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
+export KX_TEMP='C:\windows\temp'
 wine=/usr/lib/wine/wine64
 server=/usr/lib/wine/wineserver64
 
@@ -39,21 +40,24 @@ show() {
     export DISPLAY
 }
 
-set_value() { timeout 60 "$wine" reg add "$1" /v "$2" /d "$3" /f; }
+set_value() { timeout 60 "$wine" reg add "$1" /v "$2" /d "$3" /t "${4:-REG_SZ}" /f; }
 
 up() {
     down
     show
     {
-        if ! [[ -e $folder/ready ]]; then
+        if ! [[ -e $folder/settled ]]; then
             mkdir -p "$WINEPREFIX"
             timeout 300 "$wine" wineboot --init
             # A desktop of its own: without a window manager around them windows would not become active.
             set_value 'HKCU\Software\Wine' Version win10
             set_value 'HKCU\Software\Wine\Explorer' Desktop kx
             set_value 'HKCU\Software\Wine\Explorer\Desktops' kx 1600x1200
+            # Wine takes no TEMP and TMP from outside; see wine.sh.
+            set_value 'HKCU\Environment' TEMP '%KX_TEMP%' REG_EXPAND_SZ
+            set_value 'HKCU\Environment' TMP '%KX_TEMP%' REG_EXPAND_SZ
             timeout 60 "$server" -w
-            touch "$folder/ready"
+            touch "$folder/settled"
         fi
         "$server" -p600
         # Wine's services end with the last program and start anew with the next, during which two programs get into each

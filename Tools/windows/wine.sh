@@ -2,11 +2,13 @@
 # Runs a Windows program under Wine, in the Wine folder and on the display of Tools/windows/desktop.sh.
 #   Tools/windows/wine.sh WINE_FOLDER PROGRAM [ARGUMENT...]
 #   Tools/windows/wine.sh WINE_FOLDER --test PROGRAM    a Qt test, whose output is shown here: it writes none to a pipe
+# The folder of its temporary files, as Windows names it, may stand in KX_TEMP.
 set -euo pipefail
 
 folder=$1
 shift
 export WINEPREFIX=$folder/prefix WINEDEBUG=${WINEDEBUG:--all}
+export KX_TEMP=${KX_TEMP:-'C:\windows\temp'}
 [[ -r $folder/display ]] || {
     echo "wine.sh: no display: run Tools/windows/desktop.sh up $folder" >&2
     exit 1
