@@ -43,6 +43,28 @@ QString TextOf(QWidget* pPanel, const char* pszButton)
     return pPanel->findChild<QPushButton*>(QString::fromUtf8(pszButton))->text();
 }
 
+void SendLanguageThatIsNotThere(FakeWorld& world)
+{
+    TakeResourcesAway();
+    SendLanguages(world, {QStringLiteral("en")});
+    BringResourcesBack();
+}
+
+// How often the application heard that its translators are others now.
+class LanguageChanges : public QObject
+{
+public:
+    LanguageChanges() { QCoreApplication::instance()->installEventFilter(this); }
+    int iCount = 0;
+
+private:
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override
+    {
+        iCount += pEvent->type() == QEvent::LanguageChange && pWatched == QCoreApplication::instance();
+        return false;
+    }
+};
+
 } // namespace
 
 class LanguageTest : public QObject
@@ -52,6 +74,8 @@ class LanguageTest : public QObject
 private slots:
     void cleanup();
     void InitAttachesAndTranslates();
+    void TheLanguageIsThereBeforeThePanelIsMade();
+    void StopShutsTheEngineDownAndLeavesThePanel();
     void ACodeGivesItsOwnFileOrTheBaseFile_data();
     void ACodeGivesItsOwnFileOrTheBaseFile();
     void AListOfAnotherLengthLeavesNoTranslator_data();
@@ -61,9 +85,13 @@ private slots:
     void ASecondInitChangesNothing();
     void ALanguageBeforeTheContentTakesItsPlace();
     void InitWithoutATranslatorKeepsThePanel();
+    void ATranslatorThatFoundNothingTakesTheContentsPlace();
+    void ATranslatorThatFoundNothingIsNotInstalled();
+    void ThePanelsTextsFollowALanguageThatIsNotThere();
     void TextThatIsNoJsonIsNotLogged();
     void WithoutResourcesThePanelIsPlain();
     void TheDataObjectHoldsThePanel();
+    void TheInstanceIsNotForgotten();
     void TheTranslatorOutlivesTheContent();
     void ANewLifeReplacesTheLeftTranslator();
     void TheStyleSheetIsAppliedWithItsColours();
@@ -93,6 +121,33 @@ void LanguageTest::InitAttachesAndTranslates()
              QStringLiteral("attach EventNotifyConfigPluginUpdateLanguage UpdatePluginLanguage(QVariantList)"));
     QCOMPARE(Translated(), QStringLiteral("Einstellungen"));
     QCOMPARE(TextOf(plugin.CenterWidget(QString()), "btnSetting"), QStringLiteral("Einstellungen"));
+    plugin.Destory();
+}
+
+void LanguageTest::TheLanguageIsThereBeforeThePanelIsMade()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    QString strAtItsStart;
+    world.Calls().WhenAdded("attach EventNotifyDownloadRecordList", [&] { strAtItsStart = Translated(); });
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"de\"}"));
+    QCOMPARE(strAtItsStart, QStringLiteral("Einstellungen"));
+    plugin.Destory();
+}
+
+void LanguageTest::StopShutsTheEngineDownAndLeavesThePanel()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{}"));
+    plugin.Start();
+    QWidget* const pPanel = plugin.CenterWidget(QString());
+    world.Calls().Clear();
+    plugin.Stop();
+    QCOMPARE(world.Calls().Lines(), Texts({"UnregisterCallbacks known", "UnregisterCloudPasswordCallback known",
+                                           "DetachObserver known", "Detach pictures"}));
+    QCOMPARE(plugin.CenterWidget(QString()), pPanel);
+    QVERIFY(pPanel->isVisible());
     plugin.Destory();
 }
 
@@ -216,6 +271,48 @@ void LanguageTest::InitWithoutATranslatorKeepsThePanel()
     plugin.Destory();
 }
 
+void LanguageTest::ATranslatorThatFoundNothingTakesTheContentsPlace()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("bad"));
+    SendLanguageThatIsNotThere(world);
+    plugin.Init(QStringLiteral("{}"));
+    QVERIFY(!plugin.CenterWidget(QString()));
+    SendLanguages(world, {}); // and leaves it with the next switch
+    plugin.Init(QStringLiteral("{}"));
+    QVERIFY(plugin.CenterWidget(QString()));
+    plugin.Destory();
+}
+
+void LanguageTest::ATranslatorThatFoundNothingIsNotInstalled()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"ru\"}"));
+    const LanguageChanges changes;
+    SendLanguageThatIsNotThere(world);
+    QCOMPARE(changes.iCount, 1); // the old one went
+    SendLanguages(world, {});
+    QCOMPARE(changes.iCount, 1);
+    SendLanguages(world, {QStringLiteral("en")});
+    QCOMPARE(changes.iCount, 2);
+    plugin.Destory();
+}
+
+void LanguageTest::ThePanelsTextsFollowALanguageThatIsNotThere()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"ru\"}"));
+    SendLanguageThatIsNotThere(world);
+    QWidget* const pPanel = plugin.CenterWidget(QString());
+    QCOMPARE(TextOf(pPanel, "btnAllStart"), QStringLiteral("pc_download_video_suspend_all"));
+    QCOMPARE(TextOf(pPanel, "btnSetting"), QStringLiteral("common_set"));
+    QCOMPARE(world.Log().Lines(), Texts({}));
+    plugin.Destory();
+}
+
 void LanguageTest::TextThatIsNoJsonIsNotLogged()
 {
     FakeWorld world;
@@ -256,6 +353,16 @@ void LanguageTest::TheDataObjectHoldsThePanel()
     QCOMPARE(KXRecordManageGlobalData::Instance()->Panel(), plugin.CenterWidget(QString()));
     QCOMPARE(plugin.findChild<KXRecordManageGlobalData*>(), KXRecordManageGlobalData::Instance());
     plugin.Destory();
+}
+
+void LanguageTest::TheInstanceIsNotForgotten()
+{
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{}"));
+    const KXRecordManageGlobalData* const pContent = KXRecordManageGlobalData::Instance();
+    plugin.Destory();
+    QCOMPARE(KXRecordManageGlobalData::Instance(), pContent);
 }
 
 void LanguageTest::TheTranslatorOutlivesTheContent()

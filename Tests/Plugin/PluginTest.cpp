@@ -275,6 +275,8 @@ void PluginTest::StartShowsThePanel()
     plugin->Init(QStringLiteral("{}"));
     plugin->Start();
     QVERIFY(plugin->CenterWidget(QString())->isVisible());
+    QCOMPARE(plugin->CenterWidget(QString())->windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen),
+             Qt::WindowStates());
     Settle();
     plugin->Destory();
     plugin->Start(); // nothing to show any more
