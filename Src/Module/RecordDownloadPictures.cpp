@@ -42,7 +42,9 @@ void RecordDownloadModule::OnPictureDownloaded(int iResult, const QString& strUr
     if (iResult == 0 && m_pPictrueDecrypt && m_pCloudLogic) {
         pictures->iDecrypting = pictures->infos.size();
         for (const CloudPictureInfo& info : undecrypted) {
-            EnsureDownloadPathExists(info.strDownloadPath); // the cover is saved there before the transfer starts
+            // The cover is saved before the transfer starts; of a task that was deleted meanwhile nothing shall appear.
+            if (m_promisedPaths.IsTaken(info.strDownloadPath))
+                EnsureDownloadPathExists(info.strDownloadPath);
             m_pPictrueDecrypt->Enqueue(
                 {strUrl, strLocalPath, info.strPictureKey, info.strDeviceId, info.strPassword, info.strDownloadPath});
         }

@@ -13,6 +13,9 @@ private slots:
     void ALateFailedDownloadLeavesAResumedTaskToItsPassword();
     void ALateWrongKeyDropsAResumedTask();
     void APictureOfADeletedTaskIsIgnored();
+    void AFolderIsMadeForALivingTaskOnly_data();
+    void AFolderIsMadeForALivingTaskOnly();
+    void OneOfTwoTasksDeletedGetsNoFolder();
     void TheCoverOfATaskDeletedMeanwhileIsRemoved_data();
     void TheCoverOfATaskDeletedMeanwhileIsRemoved();
 };
@@ -68,6 +71,55 @@ void LatePictureTest::APictureOfADeletedTaskIsIgnored()
     rig.Engine().DeleteRecordDownload(0, QStringLiteral("1"), rig.World().Path("1.mp4"));
     Settle(rig, 0, Small());
     QCOMPARE(Told(rig), Texts({"DecryptPicture ZW5jcnlwdGVk"}));
+}
+
+void LatePictureTest::AFolderIsMadeForALivingTaskOnly_data()
+{
+    QTest::addColumn<bool>("listed");
+    QTest::addColumn<bool>("deleted");
+    QTest::newRow("held, deleted") << false << true;
+    QTest::newRow("held, not deleted") << false << false;
+    QTest::newRow("waiting for a free place, deleted") << true << true;
+    QTest::newRow("waiting for a free place, not deleted") << true << false;
+}
+
+void LatePictureTest::AFolderIsMadeForALivingTaskOnly()
+{
+    QFETCH(bool, listed);
+    QFETCH(bool, deleted);
+    EngineRig rig;
+    SendTasks(rig, Source::Cloud, {"7", "8", "9"}); // all places are taken
+    rig.World().Pictures().AnswerFailed("");
+    auto record = RecordWithCover(rig, "1");
+    record.strDownloadPath = rig.World().Path("new/deep/1.mp4");
+    record.strText1 = listed ? QStringLiteral("account") : QString();
+    record.strCloudText2 = QStringLiteral("canary-record-key");
+    rig.SendOne(record);
+    if (listed)
+        rig.World().Cloud().AnswerPassword(0, 1, "canary-fetched");
+    rig.Settle();
+    QCOMPARE(rig.Calls().Count("get cover"), 1);
+    if (deleted)
+        rig.Engine().DeleteRecordDownload(0, QStringLiteral("1"), rig.World().Path("new/deep/1.mp4"));
+    rig.World().Log().Clear();
+    Settle(rig, 0, Small());
+    QCOMPARE(FilesLeft(rig, {"new", "new/deep/1.jpg"}), deleted ? Texts({}) : Texts({"new", "new/deep/1.jpg"}));
+    QCOMPARE(rig.World().Log().Lines().size(), deleted ? 0 : 1); // the folder's own line
+}
+
+void LatePictureTest::OneOfTwoTasksDeletedGetsNoFolder()
+{
+    EngineRig rig;
+    for (const char* pszId : {"1", "2"}) {
+        auto record = RecordWithCover(rig, pszId);
+        record.strDownloadPath = rig.World().Path(pszId) + QStringLiteral("/a.mp4");
+        rig.SendOne(record);
+    }
+    rig.Engine().DeleteRecordDownload(0, QStringLiteral("1"), rig.World().Path("1/a.mp4"));
+    rig.World().Cloud().QueueDecryption(0, Small());
+    rig.World().Cloud().QueueDecryption(0, Small());
+    Serve(rig, "cover", 2);
+    QCOMPARE(FilesLeft(rig, {"1", "2", "2/a.jpg"}), Texts({"2", "2/a.jpg"}));
 }
 
 void LatePictureTest::TheCoverOfATaskDeletedMeanwhileIsRemoved_data()
