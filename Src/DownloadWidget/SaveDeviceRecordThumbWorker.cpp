@@ -4,7 +4,6 @@
 
 #include <QtCore/QBuffer>
 #include <QtCore/QDebug>
-#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QThread>
 #include <QtGui/QImageReader>
@@ -13,7 +12,7 @@
 namespace {
 
 // QImage::save empties an existing file before it finds that it cannot write such a picture. A recording that is not
-// called ".mp4" is its own picture's target, and must stay.
+// called ".mp4" is its own picture's target, and must stay; one that is called like a picture becomes it.
 void Save(const QImage& image, const QString& strPath)
 {
     const QByteArray format = QFileInfo(strPath).suffix().toLower().toLatin1();
@@ -32,10 +31,8 @@ void SaveDeviceRecordThumbWorker::OnStartTask(const QString srcPath, const QStri
         << "SaveDeviceRecordThumbWorker::OnStartTask"
         << " Thread ID: " << QThread::currentThreadId() << "\n";
     QString strPath = dstPath;
-    QFile file(srcPath);
-    if (file.open(QIODevice::ReadOnly)) {
-        QByteArray bytes = file.readAll();
-        file.close();
+    QByteArray bytes;
+    if (ReadPictureFile(srcPath, bytes)) {
         QBuffer buffer(&bytes);
         QImageReader reader(&buffer);
         reader.setDecideFormatFromContent(true);

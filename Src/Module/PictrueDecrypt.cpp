@@ -99,12 +99,12 @@ void PictrueDecrypt::WaitForWork()
 
 void PictrueDecrypt::Decrypt(const PictureDecryptJob& job)
 {
-    QFile file(job.strLocalPath);
-    if (!m_pCloudLogic || !file.open(QIODevice::ReadOnly))
+    QByteArray bytes;
+    if (!m_pCloudLogic || !ReadPictureFile(job.strLocalPath, bytes))
         return;
     std::string strClear;
     const int iResult =
-        m_pCloudLogic->DecryptPicture(file.readAll().toBase64().toStdString(), job.strPictureKey.toStdString(),
+        m_pCloudLogic->DecryptPicture(bytes.toBase64().toStdString(), job.strPictureKey.toStdString(),
                                       job.strDeviceId.toStdString(), job.strPassword.toStdString(), strClear);
     if (iResult != 0) {
         Finish(job, iResult, QString());

@@ -1,6 +1,20 @@
 #pragma once
 
+#include <QtCore/QByteArray>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtGui/QImageReader>
+
+// All bytes of a file; false when it cannot be opened. What is no regular file counts as that: to open a pipe would
+// wait for its writer, and a device may have no end.
+inline bool ReadPictureFile(const QString& strPath, QByteArray& bytes)
+{
+    QFile file(strPath);
+    if (!QFileInfo(strPath).isFile() || !file.open(QIODevice::ReadOnly))
+        return false;
+    bytes = file.readAll();
+    return true;
+}
 
 // True when a picture may be decoded: its size is known and not above 64 megapixels. A larger one would take memory and
 // time for nothing. A height below zero is a bitmap that is stored from top to bottom.

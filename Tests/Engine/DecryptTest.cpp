@@ -9,6 +9,10 @@
 #include <atomic>
 #include <thread>
 
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
 using namespace CoverPictures;
 
 class DecryptTest : public QObject
@@ -229,12 +233,18 @@ void DecryptTest::AnUnreadableFileIsSkipped_data()
     QTest::newRow("it does not exist") << QByteArray("missing.enc");
     QTest::newRow("it is a folder") << QByteArray(".");
     QTest::newRow("it lies below a file") << QByteArray("served1.enc/x");
+#ifdef Q_OS_UNIX
+    QTest::newRow("it is a pipe that nobody writes to") << QByteArray("pipe");
+#endif
 }
 
 void DecryptTest::AnUnreadableFileIsSkipped()
 {
     QFETCH(QByteArray, file);
     Rig rig;
+#ifdef Q_OS_UNIX
+    QCOMPARE(mkfifo(QFile::encodeName(rig.World().Path("pipe")).constData(), 0600), 0);
+#endif
     rig.Decrypt().Start();
     rig.Decrypt().Enqueue({QStringLiteral("skipped"), rig.World().Path(file.constData()), QString(), QString(),
                            QString(), rig.World().Path("1.mp4")});

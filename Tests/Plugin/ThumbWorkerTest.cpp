@@ -4,9 +4,14 @@
 
 #include "DownloadWidget/SaveDeviceRecordThumbWorker.h"
 
+#include <QtCore/QDir>
 #include <QtCore/QThread>
 #include <QtGui/QImageReader>
 #include <QtTest/QSignalSpy>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
 
 class ThumbWorkerTest : public QObject
 {
@@ -15,9 +20,15 @@ class ThumbWorkerTest : public QObject
 private slots:
     void APictureIsWrittenInTheFormOfItsSuffix_data();
     void APictureIsWrittenInTheFormOfItsSuffix();
+    void AJpegHasTheDefaultQuality();
+    void APictureIsDecodedUpTo64Megapixels_data();
+    void APictureIsDecodedUpTo64Megapixels();
     void WhatIsNoPictureIsAnsweredAsWritten_data();
     void WhatIsNoPictureIsAnsweredAsWritten();
     void AMissingSourceIsAnsweredWithNoPath();
+    void WhatIsNoRegularFileIsAnsweredWithNoPath_data();
+    void WhatIsNoRegularFileIsAnsweredWithNoPath();
+    void ALinkToAPictureIsRead();
     void AnOldTargetIsOverwritten();
     void ATargetThatCannotBeWrittenIsAnsweredAsWritten();
     void ARecordingThatIsItsPicturesTargetStays();
@@ -71,6 +82,46 @@ void ThumbWorkerTest::APictureIsWrittenInTheFormOfItsSuffix()
     QVERIFY(QFile::exists(strSource));
 }
 
+// The table by which brightness is quantised at quality 75.
+void ThumbWorkerTest::AJpegHasTheDefaultQuality()
+{
+    FakeWorld world;
+    const QString strTarget = world.Path("out.jpg");
+    QCOMPARE(Answer(WritePng(world, "thumb", Qt::red), strTarget), QVariantList({QStringLiteral("id"), strTarget}));
+    QFile file(strTarget);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    QCOMPARE(bytes.mid(bytes.indexOf(QByteArray::fromHex("ffdb")), 5 + 64).toHex(),
+             QByteArray("ffdb004300"
+                        "08060607060508070707090908"
+                        "0a0c140d0c0b0b0c1912130f14"
+                        "1d1a1f1e1d1a1c1c20242e2720"
+                        "222c231c1c2837292c30313434"
+                        "341f27393d38323c2e333432"));
+}
+
+void ThumbWorkerTest::APictureIsDecodedUpTo64Megapixels_data()
+{
+    QTest::addColumn<int>("height");
+    QTest::addColumn<bool>("written");
+    QTest::newRow("64 megapixels") << 8192 << true;
+    QTest::newRow("a line more") << 8193 << false;
+}
+
+// Whole and valid pictures, of a few kilobytes.
+void ThumbWorkerTest::APictureIsDecodedUpTo64Megapixels()
+{
+    QFETCH(int, height);
+    QFETCH(bool, written);
+    FakeWorld world;
+    QImage image(8192, height, QImage::Format_Mono);
+    image.fill(0);
+    QVERIFY(image.save(world.Path("thumb"), "PNG"));
+    const QString strTarget = world.Path("out.png");
+    QCOMPARE(Answer(world.Path("thumb"), strTarget), QVariantList({QStringLiteral("id"), strTarget}));
+    QCOMPARE(world.HasFile("out.png"), written);
+}
+
 void ThumbWorkerTest::WhatIsNoPictureIsAnsweredAsWritten_data()
 {
     QTest::addColumn<QByteArray>("content");
@@ -97,6 +148,46 @@ void ThumbWorkerTest::AMissingSourceIsAnsweredWithNoPath()
     QCOMPARE(Answer(QString(), strTarget), QVariantList({QStringLiteral("id"), QString()}));
     QCOMPARE(Answer(world.Folder(), strTarget), QVariantList({QStringLiteral("id"), QString()}));
     QCOMPARE(QFileInfo(strTarget).size(), qint64(3));
+}
+
+void ThumbWorkerTest::WhatIsNoRegularFileIsAnsweredWithNoPath_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("a folder") << QStringLiteral("folder");
+#ifdef Q_OS_UNIX
+    QTest::newRow("a pipe that nobody writes to") << QStringLiteral("pipe");
+    QTest::newRow("a link to such a pipe") << QStringLiteral("link");
+    QTest::newRow("a device") << QStringLiteral("null");
+#endif
+}
+
+void ThumbWorkerTest::WhatIsNoRegularFileIsAnsweredWithNoPath()
+{
+    QFETCH(QString, name);
+    FakeWorld world;
+    QVERIFY(QDir(world.Folder()).mkdir(QStringLiteral("folder")));
+#ifdef Q_OS_UNIX
+    QCOMPARE(mkfifo(QFile::encodeName(world.Path("pipe")).constData(), 0600), 0);
+    QVERIFY(QFile::link(world.Path("pipe"), world.Path("link")));
+    QVERIFY(QFile::link(QStringLiteral("/dev/null"), world.Path("null")));
+#endif
+    const QString strTarget = world.Path("out.jpg");
+    QCOMPARE(Answer(world.Folder() + QLatin1Char('/') + name, strTarget),
+             QVariantList({QStringLiteral("id"), QString()}));
+    QVERIFY(!world.HasFile("out.jpg"));
+}
+
+void ThumbWorkerTest::ALinkToAPictureIsRead()
+{
+#ifdef Q_OS_UNIX
+    FakeWorld world;
+    QVERIFY(QFile::link(WritePng(world, "thumb", Qt::green), world.Path("link")));
+    const QString strTarget = world.Path("out.png");
+    QCOMPARE(Answer(world.Path("link"), strTarget), QVariantList({QStringLiteral("id"), strTarget}));
+    QCOMPARE(QImage(strTarget).pixelColor(1, 1), QColor(Qt::green));
+#else
+    QSKIP("here a link is a file of its own kind", "");
+#endif
 }
 
 void ThumbWorkerTest::AnOldTargetIsOverwritten()
