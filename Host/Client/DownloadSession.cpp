@@ -2,6 +2,7 @@
 
 #include "Host/KXLogic/RunningTransfers.h"
 #include "KXBase/GKXObserver.h"
+#include "KXLogic/KXLogicCallbacks.h"
 #include "Model/HostEvents.h"
 
 #include <QtCore/QDataStream>
@@ -10,26 +11,22 @@
 
 #include <numeric>
 
+namespace StateCode = KXLogic::StateCode;
+
 namespace KXClient {
 
 namespace {
-
-// Codes of a state event; 1 (running) is never sent.
-constexpr int CodeFailed = 0;
-constexpr int CodeFinished = 2;
-constexpr int CodeRefused = 3;
-constexpr int CodeAborted = 100;
 
 // What a state event means for its task; a refusal that the plug-in recovers from settles nothing.
 TaskState StateOf(int iCode, bool bReget)
 {
     switch (iCode) {
-    case CodeFinished:
+    case StateCode::Finished:
         return TaskState::Finished;
-    case CodeFailed:
-    case CodeAborted:
+    case StateCode::Failed:
+    case StateCode::CloudAbort:
         return TaskState::Failed;
-    case CodeRefused:
+    case StateCode::Refused:
         return bReget ? TaskState::Outstanding : TaskState::Refused;
     default:
         return TaskState::Outstanding;

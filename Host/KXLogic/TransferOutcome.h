@@ -1,15 +1,17 @@
 #pragma once
 
+#include "KXLogic/KXLogicCallbacks.h"
+
 #include <QtCore/QString>
 
 namespace KXHost {
 
-// The values are the state codes of the contract; Stopped is reported to nobody.
+// The values are what a state callback reports; Stopped is reported to nobody.
 enum class TransferState {
-    Failed = 0,
-    Running = 1,
-    Finished = 2,
-    Refused = 3,
+    Failed = KXLogic::StateCode::Failed,
+    Running = KXLogic::StateCode::Running,
+    Finished = KXLogic::StateCode::Finished,
+    Refused = KXLogic::StateCode::Refused,
     Stopped = -1,
 };
 

@@ -8,9 +8,16 @@
 // registration; texts are UTF-8, null-terminated, and valid only during the call. The result is ignored by the host.
 namespace KXLogic {
 
-// State codes of a transfer: 0 failed, 1 running, 2 finished (the file is complete and flushed), 3 refused by the
-// source (credentials), 100 aborted by the cloud. `iLength` is the count of bytes received since the last data
-// callback.
+// What a state callback's `iCode` says of a transfer; a host may report others, too.
+namespace StateCode {
+constexpr int Failed = 0;
+constexpr int Running = 1;
+constexpr int Finished = 2; // the file is complete and flushed
+constexpr int Refused = 3;  // by the source: credentials
+constexpr int CloudAbort = 100;
+} // namespace StateCode
+
+// `iLength` is the count of bytes received since the last data callback.
 using CloudStateCallback = int (*)(qint64 iRecordID, int iCode, void* pUser);
 using CloudDataCallback = int (*)(qint64 iRecordID, int iLength, void* pUser);
 using RecordStateCallback = int (*)(const char* strRecordID, int iCode, void* pUser);

@@ -127,7 +127,7 @@ void DownloadWidget::OnDownloadRecordData(QString strRecordId, int iLength)
     RepaintWithNextFrame(strRecordId);
 }
 
-// Hosts report progress far more often than a screen shows it, and each paint of the window draws its shadow anew.
+// Hosts report progress far more often than a screen shows it.
 void DownloadWidget::RepaintWithNextFrame(const QString& strRecordId)
 {
     if (!isVisible())
@@ -164,24 +164,11 @@ void DownloadWidget::OnDownloadRecordStates(QString strRecordId, int iCode, bool
                      "OnDownloadRecordStates: item not found, strRecordId[%s]", id.constData());
         return;
     }
-    switch (iCode) {
-    case 0:
-    case 4:
-    case 100:
-        pRow->SetState(RowLook::Failed);
-        break;
-    case 1:
-        pRow->SetState(RowLook::Downloading);
-        break;
-    case 2:
+    const std::optional<int> iState = RowLook::StateOfCode(iCode, bReget);
+    if (iState == RowLook::Finished)
         FinishDownloadRecord(strRecordId);
-        break;
-    case 3:
-        pRow->SetState(bReget ? RowLook::Waiting : RowLook::Failed);
-        break;
-    default:
-        break;
-    }
+    else if (iState)
+        pRow->SetState(*iState);
 }
 
 void DownloadWidget::RemoveRow(int iIndex)

@@ -1,10 +1,16 @@
 #include "DownloadWidget/RowLook.h"
 
+#include "KXLogic/KXLogicCallbacks.h"
+
 #include <QtCore/QtGlobal>
+
+namespace StateCode = KXLogic::StateCode;
 
 namespace RowLook {
 
 namespace {
+
+constexpr int OtherFailure = 4; // the engine does not act on it
 
 double Ratio(qint64 lReceived, qint64 lTotal)
 {
@@ -13,6 +19,24 @@ double Ratio(qint64 lReceived, qint64 lTotal)
 }
 
 } // namespace
+
+std::optional<int> StateOfCode(int iCode, bool bReget)
+{
+    switch (iCode) {
+    case StateCode::Failed:
+    case StateCode::CloudAbort:
+    case OtherFailure:
+        return Failed;
+    case StateCode::Running:
+        return Downloading;
+    case StateCode::Finished:
+        return Finished;
+    case StateCode::Refused:
+        return bReget ? Waiting : Failed;
+    default:
+        return std::nullopt;
+    }
+}
 
 int StateIcon(int iState)
 {

@@ -3,6 +3,8 @@
 #include <QtCore/QRectF>
 #include <QtCore/QString>
 
+#include <optional>
+
 // What a row shows, as plain functions of what its record says: numbers, texts by key, colours by key.
 namespace RowLook {
 
@@ -22,6 +24,8 @@ constexpr int IconRetry = 3;
 constexpr qreal TrackWidth = 300;
 constexpr QRectF TrackRect(170, 38, TrackWidth, 6);
 
+// What a row shows of a reported state code; nothing new for an unknown one. `bReget`: the task is tried again.
+std::optional<int> StateOfCode(int iCode, bool bReget);
 // Picture of the state button.
 int StateIcon(int iState);
 // Colour key of the state text; null when no text is drawn.

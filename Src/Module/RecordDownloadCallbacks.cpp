@@ -2,6 +2,7 @@
 
 #include "Module/RecordDownloadModule.h"
 
+#include "KXLogic/KXLogicCallbacks.h"
 #include "Model/HostEvents.h"
 #include "Module/EngineLog.h"
 #include "Module/StateEvent.h"
@@ -9,20 +10,9 @@
 #include <QtCore/QThread>
 
 using namespace KXDownLoadList;
+namespace StateCode = KXLogic::StateCode;
 
 namespace {
-
-// States that the host reports.
-constexpr int Failed = 0;
-constexpr int Running = 1;
-constexpr int Finished = 2;
-constexpr int Refused = 3;
-constexpr int CloudAbort = 100;
-
-// Codes that a stop is made with.
-constexpr int StopFinished = 2;
-constexpr int StopFailed = 3;
-constexpr int StopRefused = 4;
 
 // Runs on a host thread: posts one value to a slot of the engine.
 int Post(void* pUser, const char* pszSlot, QGenericArgument recordId, int iValue)
@@ -125,32 +115,32 @@ void RecordDownloadModule::HandleState(const Source& source, const QString& strR
         return;
     if (source.iRecordType == IOTLanRecord)
         KX_ENGINE_LOG(LogEvent, "RecordDownloadModule::OnDownloadIOTLanRecordState", "lan local:iCode[%d]", iCode);
-    if (iCode != Running)
+    if (iCode != StateCode::Running)
         NotifyState(StateEventOf(*pTask, iCode));
     const DownloadRecordInfoPtr pNow = (this->*source.pRunning).Find(strRecordId);
     if (pNow && pNow != pTask)
         return; // the client put another task in its place when it heard of the state
     ActOnState(source, pTask, iCode);
     emit SignalDownloadRecordStates(strRecordId, iCode, false);
-    if (iCode != Running)
+    if (iCode != StateCode::Running)
         (this->*source.pStartNext)();
 }
 
 void RecordDownloadModule::ActOnState(const Source& source, const DownloadRecordInfoPtr& pTask, int iCode)
 {
     const QString strRecordId = pTask->strRecordId;
-    const bool bAborted = iCode == CloudAbort && source.iRecordType == CloudRecord;
-    if (iCode == Failed || bAborted) {
-        (this->*source.pStop)(strRecordId, StopFailed, QString());
-    } else if (iCode == Refused) {
-        (this->*source.pStop)(strRecordId, StopRefused, QString());
-    } else if (iCode == Finished) {
+    const bool bAborted = iCode == StateCode::CloudAbort && source.iRecordType == CloudRecord;
+    if (iCode == StateCode::Failed || bAborted) {
+        (this->*source.pStop)(strRecordId, StopCode::Failed, QString());
+    } else if (iCode == StateCode::Refused) {
+        (this->*source.pStop)(strRecordId, StopCode::Refused, QString());
+    } else if (iCode == StateCode::Finished) {
         (this->*source.pRegisterFinished)(strRecordId);
         m_promisedPaths.Release(pTask->strDownloadPath, strRecordId);
         if (source.iRecordType != LanModuleRecord && source.iRecordType != IOTLanRecord)
             (this->*source.pRunning).Remove(strRecordId);
         if (source.iRecordType != CloudRecord) // the cloud ends a finished transfer by itself
-            (this->*source.pStop)(strRecordId, StopFinished, QString());
+            (this->*source.pStop)(strRecordId, StopCode::Finished, QString());
     }
 }
 
@@ -158,34 +148,32 @@ void RecordDownloadModule::ActOnState(const Source& source, const DownloadRecord
 void RecordDownloadModule::OnDownloadDeviceRecordState(QString strRecordID, int iCode)
 {
     Q_ASSERT(QThread::currentThread() == thread());
-    const Source& source = Sources[DeviceRecord];
     const DownloadRecordInfoPtr pTask = m_listRunDeviceRecord.Find(strRecordID);
     if (!pTask)
         return;
-    bool bReget = false;
-    if (iCode == Refused) {
-        const auto pRecord = std::dynamic_pointer_cast<DownloadDeviceRecordInfo>(pTask);
-        if (!pRecord)
-            return;
-        const Recovery recovery = RecoverPassword(pRecord);
-        if (recovery == Recovery::Dropped) {
-            StartNextDeviceDownload();
-            return;
-        }
-        bReget = recovery == Recovery::Requeued;
-    } else {
-        ActOnState(source, pTask, iCode);
-    }
-    if (iCode == Running) {
-        const auto count = m_mapDevicePwdCount.find(pTask->strDeviceId.toStdString());
+    Recovery recovery = Recovery::GivenUp;
+    if (iCode != StateCode::Refused)
+        ActOnState(Sources[DeviceRecord], pTask, iCode);
+    else if (const auto pRecord = std::dynamic_pointer_cast<DownloadDeviceRecordInfo>(pTask))
+        recovery = RecoverPassword(pRecord);
+    else
+        return;
+    if (recovery != Recovery::Dropped)
+        TellDeviceState(*pTask, iCode, recovery == Recovery::Requeued);
+    if (iCode != StateCode::Running)
+        StartNextDeviceDownload();
+}
+
+void RecordDownloadModule::TellDeviceState(const DownloadRecordInfo& record, int iCode, bool bReget)
+{
+    if (iCode == StateCode::Running) {
+        const auto count = m_mapDevicePwdCount.find(record.strDeviceId.toStdString());
         if (count != m_mapDevicePwdCount.end())
             count->second = 0;
     } else {
-        QJsonObject event = StateEventOf(*pTask, iCode);
+        QJsonObject event = StateEventOf(record, iCode);
         event.insert(HostEvents::KeyReget, bReget);
         NotifyState(event);
     }
-    emit SignalDownloadRecordStates(strRecordID, iCode, bReget);
-    if (iCode != Running)
-        StartNextDeviceDownload();
+    emit SignalDownloadRecordStates(record.strRecordId, iCode, bReget);
 }

@@ -85,7 +85,7 @@ void RecordDownloadModule::RegisterWithHost()
     m_pDownloadLogic->SetDeviceStateCallback(this, DownloadDeviceStateCallback);
 }
 
-// Disarm what calls us, join our thread, then drop the tasks: the host's barriers make sure that nothing writes to the
+// Join our thread, disarm what calls us, then drop the tasks: the host's barriers make sure that nothing writes to the
 // files that are removed at the end.
 void RecordDownloadModule::Shutdown()
 {
@@ -223,7 +223,7 @@ void RecordDownloadModule::PauseRecordDownloads(const QList<DownloadRecordInfoPt
     for (const DownloadRecordInfoPtr& pTask : list) {
         const Source* pSource = SourceOf(pTask->iRecordType);
         if (pSource && (this->*pSource->pRunning).Contains(pTask->strRecordId))
-            (this->*pSource->pStop)(pTask->strRecordId, 5, QString());
+            (this->*pSource->pStop)(pTask->strRecordId, StopCode::Paused, QString());
     }
 }
 
@@ -236,7 +236,7 @@ void RecordDownloadModule::DeleteRecordDownload(int iRecordType, const QString& 
         m_listPendingCloudRecord.Remove(strRecordId);
     if (iRecordType == DeviceRecord)
         m_listRequeueDeviceRecord.Remove(strRecordId);
-    (this->*pSource->pStop)(strRecordId, 6, strPath);
+    (this->*pSource->pStop)(strRecordId, StopCode::Deleted, strPath);
     m_promisedPaths.Release(strPath, strRecordId);
 }
 
@@ -256,17 +256,17 @@ void RecordDownloadModule::ClearAllDownloads()
     m_listRequeueDeviceRecord.Clear();
     m_listWaitCloudRecord.Clear();
     for (const auto& pTask : runningLanModule)
-        StopLanModuleDownload(pTask->strRecordId, 6, pTask->strDownloadPath);
+        StopLanModuleDownload(pTask->strRecordId, StopCode::Deleted, pTask->strDownloadPath);
     for (const auto& pTask : runningIOTLan)
-        StopIOTLanDownload(pTask->strRecordId, 6, pTask->strDownloadPath);
+        StopIOTLanDownload(pTask->strRecordId, StopCode::Deleted, pTask->strDownloadPath);
     for (const auto& pTask : waitingDevice)
         RemoveFileJpg(pTask->strDownloadPath);
     for (const auto& pTask : runningDevice)
-        StopDeviceDownload(pTask->strRecordId, 6, pTask->strDownloadPath);
+        StopDeviceDownload(pTask->strRecordId, StopCode::Deleted, pTask->strDownloadPath);
     for (const auto& pTask : waitingCloud)
         RemoveFileJpg(pTask->strDownloadPath);
     for (const auto& pTask : runningCloud)
-        StopCloudDownload(pTask->strRecordId, 6, pTask->strDownloadPath);
+        StopCloudDownload(pTask->strRecordId, StopCode::Deleted, pTask->strDownloadPath);
 }
 
 void RecordDownloadModule::OnClearListForRecDiskFull(QVariantList list)

@@ -14,6 +14,7 @@
 #include <QtCore/QVariant>
 
 #include <map>
+#include <optional>
 
 class PictureDownloader;
 
@@ -24,11 +25,21 @@ class IDownloadLogic;
 struct DownloadRequest;
 } // namespace KXLogic
 
+// What a task is stopped for; decides whether its partial file stays.
+namespace StopCode {
+constexpr int Retry = 0; // it is queued again, for a password
+constexpr int Finished = 2;
+constexpr int Failed = 3; // the file goes, where the source does not keep it
+constexpr int Refused = 4;
+constexpr int Paused = 5;
+constexpr int Deleted = 6; // the file goes
+} // namespace StopCode
+
 // The download engine: queues the recordings that the client asks for by event, runs a fixed number of transfers per
 // source through the host's download module, and tells the panel and the client what becomes of them.
 //
 // Its sources are one mechanism: a Source names what differs, and the operations named per source (StartCloudDownload
-// and so on) are what the mechanism calls. The code lies in five rooms: RecordDownloadCore and -Schedulers, -Callbacks,
+// and so on) are what the mechanism calls. The code lies in six rooms: RecordDownloadCore and -Schedulers, -Callbacks,
 // -Passwords, -Storage, -Pictures.
 //
 // Thread: everything on the thread that made the engine, the host's GUI thread, except where a comment says otherwise.
@@ -178,7 +189,7 @@ private:
     // Callbacks and states
     void HandleState(const Source& source, const QString& strRecordId, int iCode);
     void ActOnState(const Source& source, const DownloadRecordInfoPtr& pTask, int iCode);
-    bool ActOnDeviceState(const DownloadRecordInfoPtr& pTask, int iCode);
+    void TellDeviceState(const KXDownLoadList::DownloadRecordInfo& record, int iCode, bool bReget);
 
     // Passwords
     Recovery RecoverPassword(const std::shared_ptr<KXDownLoadList::DownloadDeviceRecordInfo>& pTask);
@@ -207,6 +218,7 @@ private:
 
     // Pictures
     void RequestCloudPicture(const KXDownLoadList::DownloadCloudRecordInfo& record, bool bHasRow);
+    std::optional<CloudPictureInfo> TakeDecrypted(const QString& strUrl);
     static bool WasListed(const CloudPictureInfo& info);
     void PictureReady(const CloudPictureInfo& info, const QString& strPath);
     void DropWrongKeyTask(const CloudPictureInfo& info);

@@ -15,8 +15,6 @@ using namespace KXDownLoadList;
 
 namespace {
 
-constexpr int StopForRetry = 0;
-constexpr int StopRefused = 4;
 constexpr int RecordingPassword = 1; // kind of the device's password that is asked for
 
 void LogRecovery(const DownloadRecordInfo& record, const char* pszWhat)
@@ -47,7 +45,7 @@ RecordDownloadModule::RecoverPassword(const std::shared_ptr<DownloadDeviceRecord
 RecordDownloadModule::Recovery RecordDownloadModule::GiveUp(const DownloadDeviceRecordInfo& record, const char* pszWhy)
 {
     LogRecovery(record, pszWhy);
-    StopDeviceDownload(record.strRecordId, StopRefused, QString());
+    StopDeviceDownload(record.strRecordId, StopCode::Refused, QString());
     return Recovery::GivenUp;
 }
 
@@ -57,7 +55,7 @@ RecordDownloadModule::Recovery RecordDownloadModule::Requeue(const std::shared_p
 {
     pTask->bRetriedWithNewPassword = true;
     m_listRequeueDeviceRecord.Append(pTask);
-    StopDeviceDownload(pTask->strRecordId, StopForRetry, QString());
+    StopDeviceDownload(pTask->strRecordId, StopCode::Retry, QString());
     if (bAsks && m_listRequeueDeviceRecord.Contains(pTask->strRecordId))
         RequestDevicePassword(*pTask);
     else if (bAsks)

@@ -3,6 +3,7 @@
 #include "Module/RecordDownloadModule.h"
 
 #include "KXBase/PictureDownloader.h"
+#include "KXLogic/KXLogicCallbacks.h"
 #include "Module/EngineLog.h"
 #include "Module/StateEvent.h"
 
@@ -13,7 +14,6 @@ using namespace KXDownLoadList;
 namespace {
 
 constexpr int WrongKey = 2; // result of the host's decryption
-constexpr int Refused = 3;  // state code of a task whose picture key is wrong
 
 } // namespace
 
@@ -59,19 +59,30 @@ void RecordDownloadModule::OnPictureDownloaded(int iResult, const QString& strUr
     }
 }
 
-void RecordDownloadModule::OnPictureDecrptFinished(int iCode, QString strUrl, QString strDecrptLocalPicpath)
+// The request that a result belongs to, taken out of those of its URL.
+std::optional<RecordDownloadModule::CloudPictureInfo> RecordDownloadModule::TakeDecrypted(const QString& strUrl)
 {
     const QString strOwner = m_pPictrueDecrypt ? m_pPictrueDecrypt->TakeFinished() : QString();
     const auto pictures = m_mapCloudPicture.find(strUrl);
-    if (pictures == m_mapCloudPicture.end() || m_bShuttingDown)
-        return;
-    int iInfo = pictures->iDecrypting - 1;
-    while (iInfo > 0 && pictures->infos[iInfo].strDownloadPath != strOwner)
-        --iInfo;
-    const CloudPictureInfo info = pictures->infos.takeAt(qMax(iInfo, 0)); // of a result that is not ours, the oldest
+    if (pictures == m_mapCloudPicture.end())
+        return std::nullopt;
+    int iInfo = 0;
+    while (iInfo < pictures->iDecrypting && pictures->infos[iInfo].strDownloadPath != strOwner)
+        ++iInfo;
+    // Of a result that is not ours, the oldest.
+    const CloudPictureInfo info = pictures->infos.takeAt(iInfo < pictures->iDecrypting ? iInfo : 0);
     pictures->iDecrypting = qMax(pictures->iDecrypting - 1, 0);
     if (pictures->infos.isEmpty())
         m_mapCloudPicture.erase(pictures);
+    return info;
+}
+
+void RecordDownloadModule::OnPictureDecrptFinished(int iCode, QString strUrl, QString strDecrptLocalPicpath)
+{
+    const std::optional<CloudPictureInfo> taken = TakeDecrypted(strUrl);
+    if (!taken || m_bShuttingDown)
+        return;
+    const CloudPictureInfo& info = *taken;
 
     // A cover that arrives after its recording was deleted would lie there for ever.
     if (iCode == 0 && !m_promisedPaths.IsTaken(info.strDownloadPath) && !QFileInfo::exists(info.strDownloadPath))
@@ -113,12 +124,12 @@ void RecordDownloadModule::DropWrongKeyTask(const CloudPictureInfo& info)
     const DownloadRecordInfoPtr pTask = HeldTask(info);
     if (!pTask)
         return;
-    NotifyState(StateEventOf(*pTask, Refused));
+    NotifyState(StateEventOf(*pTask, KXLogic::StateCode::Refused));
     if (HeldTask(info) != pTask)
         return; // the client paused or deleted it when it heard of the state
     m_listPendingCloudRecord.RemoveTask(pTask);
     if (info.bHasRow)
-        emit SignalDownloadRecordStates(info.strRecordId, Refused, false);
+        emit SignalDownloadRecordStates(info.strRecordId, KXLogic::StateCode::Refused, false);
 }
 
 // Each task has a target path of its own, also where record ids repeat.

@@ -9,8 +9,6 @@ using namespace KXDownLoadList;
 
 namespace {
 
-constexpr int StopPaused = 5; // the partial file stays
-
 void FillRequest(KXLogic::DownloadRequest& request, const DownloadRecordInfo& record)
 {
     request.strRecordId = record.strRecordId.toStdString();
@@ -64,7 +62,7 @@ void RecordDownloadModule::StartNextDownload(const Source& source)
         bStarting = false;
         if (!waiting.RemoveTask(pTask)) { // paused, deleted or cleared while it was started
             if (bStarted)
-                (this->*source.pStop)(pTask->strRecordId, StopPaused, QString());
+                (this->*source.pStop)(pTask->strRecordId, StopCode::Paused, QString());
         } else if (bStarted) {
             running.Append(pTask);
         }
@@ -164,14 +162,14 @@ void RecordDownloadModule::StopLanModuleDownload(const QString& strRecordId, int
     DropStopped(Sources[LanModuleRecord], strRecordId, iCode, strPath);
 }
 
-// The rest of every stop. `iCode` decides whether the file goes: 6 removes `strPath`, 3 (failed) removes the running
+// The rest of every stop. `iCode` decides whether the file goes: Deleted removes `strPath`, Failed removes the running
 // task's own file where the source does not keep it; all other codes keep it.
 void RecordDownloadModule::DropStopped(const Source& source, const QString& strRecordId, int iCode,
                                        const QString& strPath)
 {
-    if (iCode == 6) {
+    if (iCode == StopCode::Deleted) {
         RemoveFileJpg(strPath);
-    } else if (iCode == 3 && !source.bKeepsFailed) {
+    } else if (iCode == StopCode::Failed && !source.bKeepsFailed) {
         const DownloadRecordInfoPtr pTask = (this->*source.pRunning).Find(strRecordId);
         if (!pTask)
             return;
