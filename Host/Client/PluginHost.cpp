@@ -73,7 +73,8 @@ void PluginHost::Show()
 void PluginHost::Close()
 {
     if (m_bInitialised) {
-        m_pPlugin->Stop();
+        if (m_pPlugin->CenterWidget(QString()))
+            m_pPlugin->Stop();
         m_pPlugin->Destory();
         // What the plug-in left to be deleted later goes while its code is still there.
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

@@ -15,6 +15,7 @@ public:
     QString Name() override { return QStringLiteral("OddPlugin"); }
     QString Information() override { return QStringLiteral("of no use"); }
     QWidget* CenterWidget(QString) override { return nullptr; }
+    void Stop() override { qFatal("stopped without a widget"); }
     void SetGetDataListener(KXLogicPluginGoMain*) override {}
 };
 
