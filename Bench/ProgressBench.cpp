@@ -48,6 +48,20 @@ struct Run
     double dSeconds = 0;
 };
 
+Run TurnUntilHeard(const std::atomic<int>& iHeard)
+{
+    Run run;
+    QElapsedTimer clock;
+    clock.start();
+    while (iHeard < Reports) {
+        const double dBefore = ThreadMs();
+        QCoreApplication::processEvents();
+        run.dLongestTurnMs = std::max(run.dLongestTurnMs, ThreadMs() - dBefore);
+    }
+    run.dSeconds = static_cast<double>(clock.elapsed()) / 1e3;
+    return run;
+}
+
 // A host thread reports; each report is posted to this one.
 Run RunReports(BenchPanel& panel)
 {
@@ -65,19 +79,21 @@ Run RunReports(BenchPanel& panel)
             pReport(i % RunningRows + 1, 4096, pUser);
         }
     });
-    Run run;
-    QElapsedTimer clock;
-    clock.start();
-    while (iHeard < Reports) {
-        const double dBefore = ThreadMs();
-        QCoreApplication::processEvents();
-        run.dLongestTurnMs = std::max(run.dLongestTurnMs, ThreadMs() - dBefore);
-    }
-    run.dSeconds = static_cast<double>(clock.elapsed()) / 1e3;
+    Run run = TurnUntilHeard(iHeard);
     run.dPaintsPerSecond = paints.iPaints / run.dSeconds;
     host.join();
     QObject::disconnect(heard);
     return run;
+}
+
+using Runs = std::array<Run, 5>;
+
+double Median(const Runs& runs, double Run::*pValue)
+{
+    Runs sorted = runs;
+    std::sort(sorted.begin(), sorted.end(),
+              [pValue](const Run& left, const Run& right) { return left.*pValue < right.*pValue; });
+    return sorted[sorted.size() / 2].*pValue;
 }
 
 int Judge(const char* pszWhat, double dMeasured, double dLimit, const char* pszUnit)
@@ -101,7 +117,7 @@ int main(int argc, char** argv)
     panel.ForgetCalls();
     EngineRig::Settle();
 
-    std::array<Run, 5> runs;
+    Runs runs;
     for (Run& run : runs) {
         run = RunReports(panel);
         std::printf("%d reports in %.2f s, longest turn %.2f ms, %.1f paints a second\n", Reports, run.dSeconds,
@@ -109,14 +125,8 @@ int main(int argc, char** argv)
         if (run.dPaintsPerSecond < 1)
             std::printf("nothing was painted\n");
     }
-    const auto median = [&runs](double Run::*pValue) {
-        std::array<double, 5> values = {};
-        std::transform(runs.begin(), runs.end(), values.begin(), [pValue](const Run& run) { return run.*pValue; });
-        std::sort(values.begin(), values.end());
-        return values[2];
-    };
-    const double dPaints = median(&Run::dPaintsPerSecond);
+    const double dPaints = Median(runs, &Run::dPaintsPerSecond);
     return std::max({dPaints < 1 ? 2 : 0,
-                     Judge("longest turn of the event loop", median(&Run::dLongestTurnMs), LongestTurnMs, "ms"),
+                     Judge("longest turn of the event loop", Median(runs, &Run::dLongestTurnMs), LongestTurnMs, "ms"),
                      Judge("paints of the list", dPaints, PaintsPerSecond, "a second")});
 }

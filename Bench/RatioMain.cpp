@@ -2,6 +2,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <string>
@@ -39,6 +40,21 @@ private:
     std::map<std::string, double> m_medians;
 };
 
+// 0 kept, 1 broken, 2 not measured.
+int Judge(const Ratio& ratio, const MedianReporter& reporter)
+{
+    const double dMeasured = reporter.Median(ratio.pszMeasured);
+    const double dBaseline = reporter.Median(ratio.pszBaseline);
+    if (dMeasured <= 0 || dBaseline <= 0) {
+        std::printf("%s : %s was not measured\n", ratio.pszMeasured, ratio.pszBaseline);
+        return 2;
+    }
+    const bool bKept = dMeasured / dBaseline <= ratio.dLimit;
+    std::printf("%s : %s = %.2f (at most %.2f) %s\n", ratio.pszMeasured, ratio.pszBaseline, dMeasured / dBaseline,
+                ratio.dLimit, bKept ? "kept" : "BROKEN");
+    return bKept ? 0 : 1;
+}
+
 } // namespace
 
 int RunRatios(int iArgc, char** ppszArgv, const std::vector<Ratio>& ratios)
@@ -54,19 +70,7 @@ int RunRatios(int iArgc, char** ppszArgv, const std::vector<Ratio>& ratios)
     benchmark::RunSpecifiedBenchmarks(&reporter);
 
     int iStatus = 0;
-    for (const Ratio& ratio : ratios) {
-        const double dMeasured = reporter.Median(ratio.pszMeasured);
-        const double dBaseline = reporter.Median(ratio.pszBaseline);
-        if (dMeasured <= 0 || dBaseline <= 0) {
-            std::printf("%s : %s was not measured\n", ratio.pszMeasured, ratio.pszBaseline);
-            iStatus = 2;
-            continue;
-        }
-        const bool bKept = dMeasured / dBaseline <= ratio.dLimit;
-        std::printf("%s : %s = %.2f (at most %.2f) %s\n", ratio.pszMeasured, ratio.pszBaseline, dMeasured / dBaseline,
-                    ratio.dLimit, bKept ? "kept" : "BROKEN");
-        if (!bKept && iStatus == 0)
-            iStatus = 1;
-    }
+    for (const Ratio& ratio : ratios)
+        iStatus = std::max(iStatus, Judge(ratio, reporter));
     return iStatus;
 }

@@ -106,14 +106,9 @@ void AddOptions(CommandLine& line)
     line.AddFlag(QStringLiteral("dark"), QStringLiteral("In dark colours."));
 }
 
-} // namespace
-
-int RunScreenshot(const QStringList& arguments)
+// Nothing when a value is missing or wrong, which is said then.
+std::optional<Options> ReadOptions(const CommandLine& line)
 {
-    CommandLine line(QStringLiteral("screenshot"), Purpose());
-    AddOptions(line);
-    if (const std::optional<int> iStatus = line.Parse(arguments))
-        return *iStatus;
     const auto valueOr = [&line](const QString& strName, const QString& strDefault) {
         return line.IsSet(strName) ? line.Value(strName) : strDefault;
     };
@@ -126,16 +121,30 @@ int RunScreenshot(const QStringList& arguments)
         PrintError(options.strPicture.isEmpty()
                        ? QStringLiteral("screenshot: option '--to' is missing (see kxclient screenshot --help)")
                        : QStringLiteral("screenshot: there is no language '%1'").arg(options.strLanguage));
-        return InputError;
+        return std::nullopt;
     }
     if (line.IsSet(QStringLiteral("timeout"))) {
         const std::optional<int> iSeconds = line.Number(QStringLiteral("timeout"), 0, 3600);
         if (!iSeconds)
-            return InputError;
+            return std::nullopt;
         options.iTimeoutSeconds = *iSeconds;
     }
+    return options;
+}
+
+} // namespace
+
+int RunScreenshot(const QStringList& arguments)
+{
+    CommandLine line(QStringLiteral("screenshot"), Purpose());
+    AddOptions(line);
+    if (const std::optional<int> iStatus = line.Parse(arguments))
+        return *iStatus;
+    const std::optional<Options> options = ReadOptions(line);
+    if (!options)
+        return InputError;
     const QTemporaryDir folder;
-    const ExitStatus status = Run(options, folder);
+    const ExitStatus status = Run(*options, folder);
     TearDownClient();
     return status;
 }

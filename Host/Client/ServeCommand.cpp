@@ -30,6 +30,23 @@ void AddOptions(CommandLine& line)
                  QStringLiteral("Offer also the recordings that need recovery or must fail."));
 }
 
+// Nothing when a value is wrong, which is said then.
+std::optional<KXHost::Site::Options> ReadOptions(const CommandLine& line)
+{
+    KXHost::Site::Options options;
+    if (line.IsSet(QStringLiteral("port"))) {
+        const std::optional<int> iPort = line.Number(QStringLiteral("port"), 1, 65535);
+        if (!iPort)
+            return std::nullopt;
+        options.iPort = *iPort;
+    }
+    options.strDataDir = line.Value(QStringLiteral("data"));
+    if (line.IsSet(QStringLiteral("difficult")))
+        options.cases = KXHost::Site::Cases::All;
+    options.faults = line.Values(QStringLiteral("fault"));
+    return options;
+}
+
 } // namespace
 
 int RunServe(const QStringList& arguments)
@@ -38,24 +55,16 @@ int RunServe(const QStringList& arguments)
     AddOptions(line);
     if (const std::optional<int> iStatus = line.Parse(arguments))
         return *iStatus;
-    KXHost::Site::Options options;
-    if (line.IsSet(QStringLiteral("port"))) {
-        const std::optional<int> iPort = line.Number(QStringLiteral("port"), 1, 65535);
-        if (!iPort)
-            return InputError;
-        options.iPort = *iPort;
-    }
-    options.strDataDir = line.Value(QStringLiteral("data"));
-    if (line.IsSet(QStringLiteral("difficult")))
-        options.cases = KXHost::Site::Cases::All;
-    options.faults = line.Values(QStringLiteral("fault"));
+    const std::optional<KXHost::Site::Options> options = ReadOptions(line);
+    if (!options)
+        return InputError;
 
     StopSignal stop;
     QEventLoop loop;
     QObject::connect(&stop, &StopSignal::SignalStop, &loop, &QEventLoop::quit);
     KXHost::Site site;
     QString strError;
-    if (!site.Start(options, &strError)) {
+    if (!site.Start(*options, &strError)) {
         PrintError(strError);
         return InputError;
     }

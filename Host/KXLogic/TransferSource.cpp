@@ -37,15 +37,20 @@ int TransferSource::Start(const std::string& strKey, const KXLogic::DownloadRequ
             m_dataCallbacks.Call(strKey, iLength);
     };
     order.onOutcome = [this, strKey, pActive](const TransferOutcome& outcome) { OnOutcome(strKey, pActive, outcome); };
-    const bool bRuns = m_threads.RunTransfer([order](HostThread& thread) {
+    if (Run(order))
+        return 0;
+    Remove(strKey, pActive);
+    return Refuse(strKey, QStringLiteral("too many transfers, or the host is ending"));
+}
+
+// False when no thread takes it.
+bool TransferSource::Run(const TransferOrder& order)
+{
+    return m_threads.RunTransfer([order](HostThread& thread) {
         auto* const pTransfer = new Transfer(order, thread.Context());
         QObject::connect(pTransfer, &QObject::destroyed, [&thread] { thread.m_bBusy = false; });
         pTransfer->Start();
     });
-    if (bRuns)
-        return 0;
-    Remove(strKey, pActive);
-    return Refuse(strKey, QStringLiteral("too many transfers, or the host is ending"));
 }
 
 int TransferSource::Stop(const std::string& strKey)

@@ -52,6 +52,7 @@ private:
     };
     using ActivePtr = std::shared_ptr<Active>;
 
+    bool Run(const TransferOrder& order);
     bool Prepare(const KXLogic::DownloadRequest& request, const std::string& strKeyText, TransferOrder& order,
                  QString& strReason) const;
     bool Insert(const std::string& strKey, const ActivePtr& pActive);

@@ -11,7 +11,7 @@ class KXSvgPixmap;
 class QGraphicsPixmapItem;
 
 // One row of the download list: thumbnail, name, progress, state, a delete button and a state button. It paints what
-// its record says and reports clicks; it decides nothing.
+// its record and its state say and reports clicks; what becomes of the download is the panel's business.
 //
 // Thread: the GUI thread. Ownership: the view owns the row; the button pictures stay with the panel.
 class DownloadItem : public QObject, public QGraphicsItem

@@ -50,28 +50,33 @@ bool RecordQueue::RemoveTask(const DownloadRecordInfoPtr& pTask)
     const bool bFront = At(m_iFirst).pTask == pTask;
     const QString strRecordId = bFront ? At(m_iFirst).strRecordId : pTask->strRecordId;
     const std::size_t uSlot = SlotOf(strRecordId, bFront ? At(m_iFirst).uHash : qHash(strRecordId));
-    const int iOldest = m_table[uSlot].iEntry;
     int iBefore = None;
-    int iEntry = iOldest;
+    int iEntry = m_table[uSlot].iEntry;
     while (iEntry != None && At(iEntry).pTask != pTask) {
         iBefore = iEntry;
         iEntry = At(iEntry).iNextSame;
     }
     if (iEntry == None)
         return false;
+    UnlinkSame(uSlot, iBefore, iEntry);
+    FreeEntry(iEntry);
+    return true;
+}
+
+// Takes an entry out of those of its id; `iBefore` is the one before it there, None for the oldest.
+void RecordQueue::UnlinkSame(std::size_t uSlot, int iBefore, int iEntry)
+{
     const int iNextSame = At(iEntry).iNextSame;
     if (iBefore != None) {
         At(iBefore).iNextSame = iNextSame;
         if (iNextSame == None)
-            At(iOldest).iLastSame = iBefore;
+            At(m_table[uSlot].iEntry).iLastSame = iBefore;
     } else if (iNextSame != None) {
         At(iNextSame).iLastSame = At(iEntry).iLastSame;
         m_table[uSlot].iEntry = iNextSame;
     } else {
         EraseSlot(uSlot);
     }
-    FreeEntry(iEntry);
-    return true;
 }
 
 bool RecordQueue::Remove(const QString& strRecordId)

@@ -56,6 +56,7 @@ private:
     std::size_t SlotOf(const QString& strRecordId, uint uHash) const;
     void GrowTable();
     void EraseSlot(std::size_t uSlot);
+    void UnlinkSame(std::size_t uSlot, int iBefore, int iEntry);
     int NewEntry(const DownloadRecordInfoPtr& pTask);
     void FreeEntry(int iEntry);
 

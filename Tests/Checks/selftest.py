@@ -52,6 +52,20 @@ class Sizes(CheckCase):
         self.assert_found()
 
 
+    def test_25_lines_of_a_function_are_allowed_and_26_are_not(self):
+        body = "    f();\n" * 25
+        self.write("Src/Plugin/Function.cpp", "void A()\n{\n" + body + "}\n")
+        self.assert_found()
+        self.write("Src/Plugin/Function.cpp", "void A()\n{\n}\n\nvoid B()\n{\n" + body + "    g();\n}\n")
+        self.assert_found("Src/Plugin/Function.cpp:6")
+
+    def test_classes_and_tests_may_be_longer(self):
+        body = "    int m_i;\n" * 40
+        self.write("Src/Plugin/Class.h", "class A\n{\n" + body + "};\n")
+        self.write("Tests/Engine/Table.cpp", "void A()\n{\n" + body + "}\n")
+        self.assert_found()
+
+
 class Sleeps(CheckCase):
     script = "sleeps.py"
 
