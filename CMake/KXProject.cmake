@@ -15,7 +15,6 @@ if(WIN32)
     set(CMAKE_SHARED_MODULE_PREFIX "")
 endif()
 set(CMAKE_AUTOMOC ON)
-set(CMAKE_AUTOUIC ON)
 set(CMAKE_AUTORCC ON)
 
 find_program(KX_CCACHE ccache)
