@@ -3,8 +3,11 @@
 #include "PanelRig.h"
 
 #include <QtCore/QMetaMethod>
+#include <QtCore/QMutex>
 #include <QtCore/QThread>
 #include <QtCore/QTranslator>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QWindow>
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QGraphicsDropShadowEffect>
 #include <QtWidgets/QGraphicsScene>
@@ -33,7 +36,9 @@ private slots:
     void TheHostIsAskedInThisOrder();
     void RowsStandWithoutGapsAndWithoutHorizontalBar();
     void ItOwnsOneThreadThatEndsWithIt();
+    void ItsPartsGoInThisOrder();
     void AShownPanelRepaintsAndComesToTheFront();
+    void AShownPanelTakesTheKeyboardBack();
     void TheSettingsButtonTellsTheClientThenHides();
     void OnCloseHides();
     void TextsFollowALanguage();
@@ -146,6 +151,33 @@ void PanelBuildTest::ItOwnsOneThreadThatEndsWithIt()
     QVERIFY(bFinished);
 }
 
+// What is still paused loses its file between the pictures of the buttons and the thread.
+void PanelBuildTest::ItsPartsGoInThisOrder()
+{
+    PanelRig rig;
+    rig.Send({"a"});
+    rig.Panel().OnBtnAllStart();
+    rig.World().WriteFile("a.mp4");
+    QMutex mutex; // the thread's end is told on the thread
+    QStringList order;
+    const auto note = [&](const char* pszWhat) {
+        const QMutexLocker locker(&mutex);
+        order.append(QString::fromUtf8(pszWhat) +
+                     (rig.World().HasFile("a.mp4") ? QStringLiteral(", file") : QStringLiteral(", no file")));
+    };
+    void* pEngine = nullptr;
+    rig.World().Downloads().CloudDataCallbackOf(pEngine); // the engine registered itself
+    connect(static_cast<RecordDownloadModule*>(pEngine), &QObject::destroyed, this, [&] { note("engine"); });
+    for (const KXSvgPixmap* pPicture : rig.Panel().findChildren<KXSvgPixmap*>())
+        connect(pPicture, &QObject::destroyed, this, [&] { note("picture"); });
+    connect(
+        rig.Panel().findChild<QThread*>(), &QThread::finished, this, [&] { note("thread"); }, Qt::DirectConnection);
+    connect(&rig.Panel(), &QObject::destroyed, this, [&] { note("panel"); });
+    rig.Destroy();
+    QCOMPARE(order, Texts({"engine, file", "picture, file", "picture, file", "picture, file", "picture, file",
+                           "thread, no file", "panel, no file"}));
+}
+
 void PanelBuildTest::AShownPanelRepaintsAndComesToTheFront()
 {
     PanelRig rig;
@@ -160,6 +192,24 @@ void PanelBuildTest::AShownPanelRepaintsAndComesToTheFront()
     const int iInsideShow = raises.iCount;
     QVERIFY(repainted.count() > 0 || repainted.wait());
     QTRY_COMPARE(raises.iCount, iInsideShow + 1); // once control is back in the event loop
+}
+
+void PanelBuildTest::AShownPanelTakesTheKeyboardBack()
+{
+    if (QGuiApplication::platformName() != QLatin1String("offscreen"))
+        QSKIP("on a real screen another window that becomes active closes a popup");
+    PanelRig rig;
+    QWidget other;
+    other.show();
+    EngineRig::Settle();
+    QStringList active;
+    const QObject connection; // goes before what the lambda uses
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, &connection, [&](const QWindow* pWindow) {
+        active.append(pWindow == other.windowHandle() ? QStringLiteral("other") : QStringLiteral("panel"));
+    });
+    rig.Panel().show();
+    other.windowHandle()->requestActivate(); // before control is back in the event loop
+    QTRY_COMPARE(active, Texts({"panel", "other", "panel"}));
 }
 
 void PanelBuildTest::TheSettingsButtonTellsTheClientThenHides()
