@@ -15,6 +15,7 @@ private slots:
     void DeletingARowForgetsThatItWasPaused();
     void TheEnginesStopPausesEveryRowWithoutAskingItAgain();
     void ARowPausedTwiceStartsOnce();
+    void StartingARowForgetsAllItsPauses();
     void ANewLanguageOffersToPauseWhateverIsPaused();
     void ListsAreForwardedToTheEngine();
     void FilesOfPausedRowsGoWithThePanel();
@@ -167,6 +168,21 @@ void PanelPauseTest::ARowPausedTwiceStartsOnce()
     QCOMPARE(rig.Calls().Short({"Start"}), Texts({"StartDeviceRecordDownload a"}));
     QCOMPARE(rig.Counts(), QList<int>({0, 1}));
     QCOMPARE(rig.StateOf("a"), 0);
+}
+
+void PanelPauseTest::StartingARowForgetsAllItsPauses()
+{
+    PanelRig rig;
+    rig.Send({"a"});
+    rig.Show();
+    rig.Press("a", PanelRig::StateButton);
+    rig.Panel().OnStopAllDownload();
+    rig.Press("a", PanelRig::StateButton);
+    QCOMPARE(rig.StateOf("a"), 0);
+    QCOMPARE(rig.AllStartText(), QStringLiteral("pc_download_video_suspend_all"));
+    rig.Calls().Clear();
+    rig.PressAllStart();
+    QCOMPARE(rig.Calls().Short({"Start", "Stop"}), Texts({"StopDeviceRecordDownload a"}));
 }
 
 void PanelPauseTest::ANewLanguageOffersToPauseWhateverIsPaused()
