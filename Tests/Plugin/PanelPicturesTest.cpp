@@ -18,6 +18,9 @@ private slots:
     void TheTargetLiesBesideTheVideo_data();
     void TheTargetLiesBesideTheVideo();
     void TheThumbsEventAsksForTheRowsPicture();
+    void TheThumbsEventAsksWhateverTheType_data();
+    void TheThumbsEventAsksWhateverTheType();
+    void AnIncompleteOrUnknownThumbsEventIsIgnored_data();
     void AnIncompleteOrUnknownThumbsEventIsIgnored();
     void AThumbnailArrivesInItsRow();
     void AMissingPictureEmptiesTheRowsPath();
@@ -104,15 +107,42 @@ void PanelPicturesTest::TheThumbsEventAsksForTheRowsPicture()
     QCOMPARE(rig.Record("a").strPicturePath, QString());
 }
 
+void PanelPicturesTest::TheThumbsEventAsksWhateverTheType_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::newRow("cloud") << 0;
+    QTest::newRow("device") << 1;
+    QTest::newRow("IOT LAN") << 2;
+    QTest::newRow("LAN module") << 3;
+}
+
+void PanelPicturesTest::TheThumbsEventAsksWhateverTheType()
+{
+    QFETCH(int, type);
+    PanelRig rig;
+    rig.Panel().AddDownloadInfo(rig.Made("a", type));
+    const QSignalSpy asked(&rig.Panel(), &DownloadWidget::SignalStartWork);
+    rig.Send("EventNotifyDeviceRecordThumbsPath", {QStringLiteral("a"), rig.World().Path("none.png")});
+    QCOMPARE(asked.size(), 1);
+    QCOMPARE(asked[0], QVariantList({rig.World().Path("none.png"), rig.World().Path("a.jpg"), QStringLiteral("a")}));
+}
+
+void PanelPicturesTest::AnIncompleteOrUnknownThumbsEventIsIgnored_data()
+{
+    QTest::addColumn<QVariantList>("payload");
+    QTest::newRow("nothing") << QVariantList();
+    QTest::newRow("an id alone") << QVariantList({QStringLiteral("a")});
+    QTest::newRow("an id without a row") << QVariantList({QStringLiteral("none"), QStringLiteral("/pic")});
+}
+
 void PanelPicturesTest::AnIncompleteOrUnknownThumbsEventIsIgnored()
 {
+    QFETCH(QVariantList, payload);
     PanelRig rig;
     rig.Send({"a"});
     const QSignalSpy asked(&rig.Panel(), &DownloadWidget::SignalStartWork);
     rig.World().Log().Clear();
-    rig.Send("EventNotifyDeviceRecordThumbsPath", {});
-    rig.Send("EventNotifyDeviceRecordThumbsPath", {QStringLiteral("a")});
-    rig.Send("EventNotifyDeviceRecordThumbsPath", {QStringLiteral("none"), QStringLiteral("/pic")});
+    rig.Send("EventNotifyDeviceRecordThumbsPath", payload);
     QCOMPARE(asked.size(), 0);
     QCOMPARE(PanelLog(rig.World()), Texts({}));
 }
