@@ -41,6 +41,8 @@ public:
     void Stop();
     void StartRecordDownloads(const QList<DownloadRecordInfoPtr>& list);
     void PauseRecordDownloads(const QList<DownloadRecordInfoPtr>& list);
+    // Takes the row of a finished download away; an id without a row is logged.
+    void FinishDownloadRecord(const QString& strRecordId);
 
 signals:
     void SignalDeleteRecord(int iRecordType, QString strRecordId, QString strDownloadPath);
@@ -83,7 +85,6 @@ private:
     void RepaintWithNextFrame(const QString& strRecordId);
     void RequestThumbnail(const DownloadItem& row, const QString& strSource);
     void RemoveRow(int iIndex);
-    void FinishDownloadRecord(const QString& strRecordId);
     void ClearPauseRecordFile();
     void RemoveDroppedPictures();
 

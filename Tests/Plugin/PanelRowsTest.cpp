@@ -25,6 +25,7 @@ private slots:
     void StatesChangeTheRow();
     void StatesAreLogged();
     void AFinishedRowLeaves();
+    void FinishingTheUnknownIsLogged();
     void ScrollingRepaintsTheRowsWithPictures();
     void PressingDeleteEndsRowAndDownload();
     void DeletingTheUnknownIsLogged();
@@ -212,6 +213,17 @@ void PanelRowsTest::AFinishedRowLeaves()
     QCOMPARE(rig.Find<QStackedWidget>("stackedWidget").currentIndex(), 0);
 }
 
+void PanelRowsTest::FinishingTheUnknownIsLogged()
+{
+    PanelRig rig;
+    rig.Send({"a"});
+    rig.World().Log().Clear();
+    rig.Panel().FinishDownloadRecord(QStringLiteral("none"));
+    QCOMPARE(PanelLog(rig.World()), Texts({"272 DownloadWidget::FinishDownloadRecord [] 2 FinishDownloadRecord: item "
+                                           "not found for strRecordId[none]"}));
+    QCOMPARE(rig.Counts(), QList<int>({0, 1}));
+}
+
 void PanelRowsTest::ScrollingRepaintsTheRowsWithPictures()
 {
     PanelRig rig;
@@ -240,6 +252,7 @@ void PanelRowsTest::PressingDeleteEndsRowAndDownload()
     rig.Show();
     rig.World().WriteFile("a.mp4");
     const QPointer<DownloadItem> pRow = rig.Row("a");
+    const QSignalSpy asked(&rig.Panel(), &DownloadWidget::SignalDeleteRecord);
     rig.Calls().Clear();
     rig.Press("a", PanelRig::DeleteButton); // the row dies of its own press
     QVERIFY(!pRow);
@@ -250,6 +263,7 @@ void PanelRowsTest::PressingDeleteEndsRowAndDownload()
              Texts({"notify EventNotifyLogV2Report", "StopDeviceRecordDownload a", "StartDeviceRecordDownload c",
                     "notify EventNotifyDownloadNumber"}));
     QVERIFY(!rig.World().HasFile("a.mp4"));
+    QCOMPARE(asked.size(), 0); // the engine is told by a call
     QTRY_COMPARE(rig.Row("b")->pos(), QPointF(0, 0));
     rig.Press("b", PanelRig::DeleteButton);
     rig.Press("c", PanelRig::DeleteButton);
