@@ -151,36 +151,38 @@ std::string MaskUserInfo(const std::string& strText)
     return strMasked.append(strText, uDone, std::string::npos);
 }
 
-std::string ReplaceAll(const std::string& strText, const std::string& strSecret)
+// `secrets` are all of that length.
+std::string MaskSecrets(const std::string& strText, std::size_t uLength, const std::unordered_set<std::string>& secrets)
 {
     std::string strMasked;
     std::size_t uDone = 0;
-    for (std::size_t uPos = strText.find(strSecret); uPos != std::string::npos; uPos = strText.find(strSecret, uDone)) {
+    std::string strWindow;
+    for (std::size_t uPos = 0; uPos + uLength <= strText.size();) {
+        if (secrets.count(strWindow.assign(strText, uPos, uLength)) == 0) {
+            ++uPos;
+            continue;
+        }
         strMasked.append(strText, uDone, uPos - uDone).append(Stars);
-        uDone = uPos + strSecret.size();
+        uPos += uLength;
+        uDone = uPos;
     }
-    return strMasked.append(strText, uDone, std::string::npos);
+    return uDone == 0 ? strText : strMasked.append(strText, uDone, std::string::npos);
 }
 
 } // namespace
-
-bool LogMask::LongerFirst::operator()(const std::string& strLeft, const std::string& strRight) const
-{
-    return strLeft.size() != strRight.size() ? strLeft.size() > strRight.size() : strLeft < strRight;
-}
 
 bool LogMask::AddSecret(const std::string& strSecret)
 {
     if (strSecret.size() < ShortestSecret)
         return false;
-    m_setSecrets.insert(strSecret);
+    m_secrets[strSecret.size()].insert(strSecret);
     return true;
 }
 
 std::string LogMask::Mask(std::string strText) const
 {
-    for (const std::string& strSecret : m_setSecrets)
-        strText = ReplaceAll(strText, strSecret);
+    for (const auto& [uLength, secrets] : m_secrets)
+        strText = MaskSecrets(strText, uLength, secrets);
     return MaskNamedValues(MaskUserInfo(strText));
 }
 

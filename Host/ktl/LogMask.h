@@ -1,7 +1,10 @@
 #pragma once
 
-#include <set>
+#include <cstddef>
+#include <functional>
+#include <map>
 #include <string>
+#include <unordered_set>
 
 namespace KXHost {
 
@@ -16,13 +19,9 @@ public:
     std::string Mask(std::string strText) const;
 
 private:
-    struct LongerFirst
-    {
-        bool operator()(const std::string& strLeft, const std::string& strRight) const;
-    };
-
-    // Longer first: a secret that is part of another one must not split it.
-    std::set<std::string, LongerFirst> m_setSecrets;
+    // By length, so that the cost of a line grows with the lengths that there are, not with the secrets. Longest first:
+    // a secret that is part of another one must not split it.
+    std::map<std::size_t, std::unordered_set<std::string>, std::greater<>> m_secrets;
 };
 
 } // namespace KXHost
