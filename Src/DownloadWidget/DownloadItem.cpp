@@ -179,6 +179,8 @@ void DownloadItem::PressStateButton(const QGraphicsSceneMouseEvent& event)
     if (m_iState == RowLook::Failed) {
         SendClickReport(this, QStringLiteral("btnRetry"), event.type(), event.buttons());
         emit SgnChangeDownloadState(true);
+        if (m_iState == RowLook::Paused)
+            return; // inside its start all downloads were stopped
         m_bRunning = true;
         m_pStateButton->setPixmap(NormalIcon(m_mapButtonPixmap.value(RowLook::IconPause)));
         return;

@@ -18,6 +18,7 @@ private slots:
     void DataFromBeforeAPauseAreNotCountedAgain();
     void AFullDiskInsideAResumeLeavesTheRowsPaused_data();
     void AFullDiskInsideAResumeLeavesTheRowsPaused();
+    void AFullDiskInsideARetryLeavesTheRowPaused();
     void ThePictureOfADeletedRowGoesWhenItComes();
     void ThePictureOfAPausedRowGoesWithThePanel();
 };
@@ -128,6 +129,22 @@ void PanelReentryTest::AFullDiskInsideAResumeLeavesTheRowsPaused()
     rig.Calls().Clear();
     rig.PressAllStart();
     QCOMPARE(rig.Calls().Count("StartDeviceRecordDownload"), 2);
+}
+
+void PanelReentryTest::AFullDiskInsideARetryLeavesTheRowPaused()
+{
+    PanelRig rig;
+    rig.Send({"a"});
+    rig.Show();
+    rig.RaiseState("a", 0);
+    QCOMPARE(rig.StateOf("a"), 3);
+    Once(rig, "StartDeviceRecordDownload a",
+         [&rig] { rig.World().Bus().Send("EventNotifyDeleteDownloadRecord", {rig.World().Folder()}); });
+    rig.Press("a", PanelRig::StateButton);
+    QCOMPARE(rig.StateOf("a"), 5);
+    rig.Calls().Clear();
+    rig.Press("a", PanelRig::StateButton); // resumes it
+    QCOMPARE(rig.Calls().Count("StartDeviceRecordDownload a"), 1);
 }
 
 void PanelReentryTest::ThePictureOfADeletedRowGoesWhenItComes()
