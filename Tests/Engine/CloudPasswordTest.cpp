@@ -110,11 +110,14 @@ void CloudPasswordTest::TheAnswerQueuesTheTaskAndAsksForItsPicture()
     record.strPassword = QStringLiteral("old");
     rig.SendOne(record);
     rig.Calls().Clear();
+    QByteArray announced("no row");
+    rig.Calls().WhenAdded("SignalAddDownloadInfo 1", [&] { announced = rig.Task("1")->strPassword.toUtf8(); });
     rig.World().Cloud().AnswerPassword(0, get, password.constData());
     QCOMPARE(Told(rig), Texts({}));
     rig.Settle();
     QCOMPARE(Told(rig), Texts({"SignalAddDownloadInfo 1", "get cover-1", "StartCloudRecordDownload 1"}));
     QVERIFY(rig.Calls().Lines("Start").value(0).contains(sent));
+    QCOMPARE(announced, password);
     QCOMPARE(rig.Task("1")->strPassword.toUtf8(), password);
 }
 

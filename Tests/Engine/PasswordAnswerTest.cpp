@@ -139,6 +139,7 @@ void PasswordAnswerTest::AnAnswerToNoQueryIsDropped_data()
     QTest::newRow("handle 0") << true << qint64(0) << 1144;
     QTest::newRow("a handle that is equal in its low half only") << true << qint64(1001 + (1LL << 32)) << 1144;
     QTest::newRow("another message with the handle") << true << qint64(1001) << 1143;
+    QTest::newRow("a later message with the handle") << true << qint64(1001) << 1145;
 }
 
 void PasswordAnswerTest::AnAnswerToNoQueryIsDropped()

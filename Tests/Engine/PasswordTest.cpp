@@ -17,6 +17,7 @@ private slots:
     void TheAnswerIsStoredInAllTasksOfTheDevice();
     void ATaskIsGivenUpAfterOneTryWithTheNewPassword();
     void ATaskThatGotThePasswordWhileWaitingIsTriedOnceMore();
+    void AFailedFetchLeavesThePasswordAndAsksAgain_data();
     void AFailedFetchLeavesThePasswordAndAsksAgain();
     void TwoTasksOfOneDeviceAskOnce();
     void NoDeviceTaskStartsWhileAnyDeviceIsAsked();
@@ -254,8 +255,17 @@ void PasswordTest::ATaskThatGotThePasswordWhileWaitingIsTriedOnceMore()
     QCOMPARE(rig.Calls().Count("RequestDevicePassword"), 0);
 }
 
+void PasswordTest::AFailedFetchLeavesThePasswordAndAsksAgain_data()
+{
+    QTest::addColumn<int>("result");
+    QTest::newRow("-1") << -1;
+    QTest::newRow("1") << 1;
+    QTest::newRow("1144, the message's own number") << 1144;
+}
+
 void PasswordTest::AFailedFetchLeavesThePasswordAndAsksAgain()
 {
+    QFETCH(int, result);
     EngineRig rig;
     auto record = Protected(rig, "1", "SN");
     record.strPassword = QStringLiteral("old");
@@ -263,7 +273,7 @@ void PasswordTest::AFailedFetchLeavesThePasswordAndAsksAgain()
     for (int i = 0; i < 3; ++i) {
         rig.Calls().Clear();
         rig.RaiseState(Source::Device, "1", 3);
-        rig.World().Devices().AnswerPassword(static_cast<std::size_t>(i), -1, "sealed");
+        rig.World().Devices().AnswerPassword(static_cast<std::size_t>(i), result, "sealed");
         rig.Settle();
         QCOMPARE(Told(rig), Texts({"StopDeviceRecordDownload 1", "RequestDevicePassword SN",
                                    "notify EventNotifyDownloadRecordStates", "SignalDownloadRecordStates 1 3 true",

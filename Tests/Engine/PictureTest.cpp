@@ -146,9 +146,12 @@ void PictureTest::AClearPictureReleasesAHeldTask()
     record.strText1 = account;
     record.strCloudText2 = key;
     rig.SendOne(record);
+    QString strAnnounced; // what the row can show at once
+    rig.Calls().WhenAdded("SignalAddDownloadInfo 1", [&] { strAnnounced = rig.Task("1")->strPicturePath; });
     Settle(rig, 0, Small());
     QCOMPARE(Told(rig),
              Texts({"DecryptPicture ZW5jcnlwdGVk", "SignalAddDownloadInfo 1", "StartCloudRecordDownload 1"}));
+    QCOMPARE(strAnnounced, rig.World().Path("1.jpg"));
     QCOMPARE(rig.Task("1")->strPicturePath, rig.World().Path("1.jpg"));
     QVERIFY(rig.World().HasFile("1.jpg"));
     QCOMPARE(rig.Calls().OffThread().size(), 1); // the decryption only
@@ -183,8 +186,12 @@ void PictureTest::AWrongKeyDropsAHeldTask()
 {
     EngineRig rig;
     SendHeld(rig);
+    int iLoggedAtEvent = -1;
+    rig.Calls().WhenAdded("notify EventNotifyDownloadRecordStates",
+                          [&] { iLoggedAtEvent = rig.World().Log().Lines().size(); });
     Settle(rig, 2);
     QCOMPARE(Told(rig), Texts({"DecryptPicture ZW5jcnlwdGVk", "notify EventNotifyDownloadRecordStates"}));
+    QCOMPARE(iLoggedAtEvent, 1);
     QCOMPARE(StateEvents(rig), Texts({"{\n    \"iCode\": 3,\n    \"iRecordType\": 0,\n"
                                       "    \"strDownloadPath\": \"~/1.mp4\",\n    \"strRecordId\": \"1\"\n}\n"}));
     QCOMPARE(rig.World().Log().Lines(),

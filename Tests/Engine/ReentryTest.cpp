@@ -24,6 +24,7 @@ private slots:
     void ATaskPutInPlaceOfOneThatEndsIsLeftAlone();
     void ARefusedTaskDroppedWhileItIsQueuedAgainStaysAway_data();
     void ARefusedTaskDroppedWhileItIsQueuedAgainStaysAway();
+    void ARefusedTaskPausedWhenItsRetryIsLoggedStaysPaused();
     void ARefusedTaskSentWhileItIsQueuedAgainIsOneTask();
     void ATaskWhosePathWasGivenAwayGetsAnother();
 };
@@ -324,6 +325,20 @@ void ReentryTest::ARefusedTaskDroppedWhileItIsQueuedAgainStaysAway()
     rig.Calls().Clear();
     SendTasks(rig, Source::Device, {"4"}); // the source is not held up
     QCOMPARE(rig.Calls().Short("Start"), Texts({"StartDeviceRecordDownload 4"}));
+}
+
+// The line tells of a task that waits already.
+void ReentryTest::ARefusedTaskPausedWhenItsRetryIsLoggedStaysPaused()
+{
+    EngineRig rig;
+    rig.SendOne(Refusable(rig, "1", true));
+    rig.Calls().Clear();
+    rig.World().Log().WhenLogged("2 RecordDownloadModule::OnDownloadDeviceRecordState Try download again because Not",
+                                 [&rig] { rig.Engine().PauseRecordDownloads(Rows(rig, {"1"})); });
+    rig.RaiseState(Source::Device, "1", 3);
+    QCOMPARE(rig.World().Log().Lines().size(), 1);
+    SendTasks(rig, Source::Device, {"2"});
+    QCOMPARE(rig.Calls().Short("Start"), Texts({"StartDeviceRecordDownload 2"}));
 }
 
 void ReentryTest::ARefusedTaskSentWhileItIsQueuedAgainIsOneTask()

@@ -29,6 +29,8 @@ public:
     QStringList Lines(const char* pszPrefix) const { return m_lines.Lines(pszPrefix); }
     std::vector<LogEntry> Entries() const;
     void Clear();
+    // Runs `hook` each time such a line was logged: on the thread of the caller, inside the call.
+    void WhenLogged(const char* pszPrefix, CallList::Hook hook) { m_lines.WhenAdded(pszPrefix, std::move(hook)); }
 
 private:
     CallList m_lines;
