@@ -5,8 +5,20 @@
 #include "Plugin/KXRecordManage.h"
 #include "Plugin/ScriptedStyle.h"
 
+#include <QtCore/QResource>
 #include <QtTest/QTest>
 #include <QtWidgets/QWidget>
+
+// Outside any namespace, as the macros want it.
+static void TakeResourcesAway()
+{
+    Q_CLEANUP_RESOURCE(KXRecordManage);
+}
+
+static void BringResourcesBack()
+{
+    Q_INIT_RESOURCE(KXRecordManage);
+}
 
 class StyleOrderTest : public QObject
 {
@@ -19,6 +31,7 @@ private slots:
     void AValueThatHoldsALaterKeyIsReplacedAgain();
     void ThePanelWearsWhatTheHostMadeOfIt();
     void TheHostIsAskedOncePerLife();
+    void TheSheetIsReadAsUtf8AndAsText();
 
 private:
     // What the host was given to rewrite by the plug-in's start, without its line breaks.
@@ -101,6 +114,18 @@ void StyleOrderTest::TheHostIsAskedOncePerLife()
     plugin.Init(QStringLiteral("{}"));
     QCOMPARE(ScriptedStyle::Current().texts.size(), 2);
     plugin.Destory();
+}
+
+// Its line ends are those of Windows.
+void StyleOrderTest::TheSheetIsReadAsUtf8AndAsText()
+{
+    TakeResourcesAway();
+    QVERIFY(QResource::registerResource(QStringLiteral(KX_OTHER_STYLE)));
+    Given();
+    QVERIFY(QResource::unregisterResource(QStringLiteral(KX_OTHER_STYLE)));
+    BringResourcesBack();
+    const QString strExpected = QString::fromUtf8(u8"/* é 北 */\nQLabel { color: KX_COLOR(#111111); }\n");
+    QCOMPARE(ScriptedStyle::Current().texts.value(0), strExpected);
 }
 
 QTEST_MAIN(StyleOrderTest)
