@@ -39,6 +39,7 @@ private slots:
     void AnIdleThreadWakesForAJob();
     void StopLetsTheRunningJobEndAndDropsTheOthers();
     void StopAndStartMayBeRepeated();
+    void WhatWaitedAtItsStopIsNotDoneLater();
     void DestroyingItEndsTheThread();
     void WithoutAHostNothingIsDecrypted();
 };
@@ -381,6 +382,17 @@ void DecryptTest::StopAndStartMayBeRepeated()
     rig.Decrypt().Start();
     rig.Enqueue("url");
     QTRY_COMPARE(rig.Finished(), Texts({"Finished 1 url "}));
+}
+
+void DecryptTest::WhatWaitedAtItsStopIsNotDoneLater()
+{
+    Rig rig;
+    rig.Enqueue("waits");
+    rig.Decrypt().Stop();
+    rig.Decrypt().Start();
+    rig.Enqueue("next");
+    QTRY_COMPARE(rig.Finished().size(), 1);
+    QCOMPARE(rig.Finished(), Texts({"Finished 1 next "}));
 }
 
 void DecryptTest::DestroyingItEndsTheThread()
