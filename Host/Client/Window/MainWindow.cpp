@@ -42,9 +42,11 @@ MainWindow::MainWindow(DownloadInput& input, PluginHost& plugin, WindowSettings&
     m_pPane->SetFolder(m_settings.strFolder);
     connect(&m_downloads, &WindowDownloads::SignalChanged, this, [this](int iIndex) {
         m_pPane->Tree().Refresh(iIndex);
-        ShowStatus();
+        m_counted.start();
     });
-    connect(&m_downloads, &WindowDownloads::SignalCounted, this, &MainWindow::ShowStatus);
+    connect(&m_downloads, &WindowDownloads::SignalCounted, &m_counted, QOverload<>::of(&QTimer::start));
+    m_counted.setSingleShot(true);
+    connect(&m_counted, &QTimer::timeout, this, &MainWindow::ShowStatus);
     GKXObserver::attach(HostEvents::EnterDownloadSetting, this, SLOT(OnEnterDownloadSetting(QVariantList)));
     ShowStatus();
     RestoreGeometry();

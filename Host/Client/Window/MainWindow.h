@@ -3,6 +3,7 @@
 #include "Host/Client/Window/WindowDownloads.h"
 #include "Host/Client/Window/WindowSettings.h"
 
+#include <QtCore/QTimer>
 #include <QtWidgets/QMainWindow>
 
 class QLabel;
@@ -58,6 +59,7 @@ private:
     MenuBar* m_pMenus = nullptr;
     QLabel* m_pStatus = nullptr;
     QSplitter* m_pSplitter = nullptr;
+    QTimer m_counted; // counts once for all changes of one turn of the event loop
 };
 
 } // namespace KXClient

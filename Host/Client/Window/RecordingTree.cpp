@@ -78,6 +78,8 @@ RecordingTree::RecordingTree(const WindowDownloads& downloads, QWidget* pParent)
     expandAll();
     setCurrentItem(topLevelItem(0));
     connect(this, &QTreeWidget::itemChanged, this, &RecordingTree::SignalChecksChanged);
+    m_refreshed.setSingleShot(true);
+    connect(&m_refreshed, &QTimer::timeout, this, &RecordingTree::SignalChecksChanged);
 }
 
 void RecordingTree::SetUpColumns()
@@ -177,6 +179,8 @@ void RecordingTree::Check(int iIndex, bool bChecked)
 // What is in the plug-in's list cannot be asked for a second time.
 void RecordingTree::Refresh(int iIndex)
 {
+    const QSignalBlocker once(this);
+    m_refreshed.start();
     constexpr Qt::ItemFlags Choosable = Qt::ItemIsEnabled | Qt::ItemIsUserCheckable;
     QTreeWidgetItem& item = *m_items.at(iIndex);
     const bool bMayAsk = m_downloads.MayAsk(iIndex);

@@ -2,6 +2,7 @@
 
 #include "Host/Client/Window/WindowDownloads.h"
 
+#include <QtCore/QTimer>
 #include <QtCore/QVector>
 #include <QtWidgets/QTreeWidget>
 
@@ -26,6 +27,7 @@ public:
     void Refresh(int iIndex);
 
 signals:
+    // At once when the user changed them; once for all that was refreshed in one turn of the event loop.
     void SignalChecksChanged();
 
 private:
@@ -38,6 +40,7 @@ private:
 
     const WindowDownloads& m_downloads;
     QVector<QTreeWidgetItem*> m_items; // by task, owned by the tree
+    QTimer m_refreshed;
 };
 
 } // namespace KXClient
