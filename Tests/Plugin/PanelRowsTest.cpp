@@ -264,6 +264,8 @@ void PanelRowsTest::PressingDeleteEndsRowAndDownload()
                     "notify EventNotifyDownloadNumber"}));
     QVERIFY(!rig.World().HasFile("a.mp4"));
     QCOMPARE(asked.size(), 0); // the engine is told by a call
+    const QStringList reports = rig.World().Bus().Texts("EventNotifyLogV2Report");
+    QVERIFY(reports.value(0).contains(QStringLiteral("\"btnDelete..DownloadWidget\""))); // the row is the panel's
     QTRY_COMPARE(rig.Row("b")->pos(), QPointF(0, 0));
     rig.Press("b", PanelRig::DeleteButton);
     rig.Press("c", PanelRig::DeleteButton);
