@@ -7,6 +7,8 @@
 #include <QtCore/QTranslator>
 #include <QtWidgets/QApplication>
 
+#include <functional>
+
 namespace {
 
 constexpr QRgb Accent = 0xFF1F6FEB; // pc001 of the light table
@@ -51,7 +53,9 @@ private slots:
     void StateTextsHaveTheirPlaceAndColour_data();
     void StateTextsHaveTheirPlaceAndColour();
     void AStateWithoutATextPaintsNone();
+    void TheBarsHaveRoundEnds();
     void TheNameStandsInItsPlaceInTheMainColour();
+    void ALongNameIsNotShortened();
     void EachChangeRepaintsTheRow_data();
     void EachChangeRepaintsTheRow();
     void PausedAndFailedRowsStartOver_data();
@@ -108,6 +112,31 @@ void RowPaintTest::TheFillGrowsWithWhatWasReceived()
     QCOMPARE(rig.Painted().pixel(466, 41), Accent);
 }
 
+// Magnified, for in single pixels one small radius looks like another.
+void RowPaintTest::TheBarsHaveRoundEnds()
+{
+    RowRig rig;
+    rig.Row().SetState(1);
+    rig.Record().lReceivedSize = 500;
+    const auto magnified = [](const std::function<void(QPainter&)>& paint) {
+        QImage image(610 * 8, 88 * 8, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.scale(8, 8);
+        paint(painter);
+        painter.end();
+        return image.copy(165 * 8, 34 * 8, 310 * 8, 14 * 8);
+    };
+    const QImage expected = magnified([](QPainter& painter) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor(Track));
+        painter.drawRoundedRect(QRectF(170, 38, 300, 6), 2, 2);
+        painter.setBrush(QColor(Accent));
+        painter.drawRoundedRect(QRectF(170, 38, 150, 6), 2, 2);
+    });
+    QCOMPARE(magnified([&](QPainter& painter) { rig.Row().paint(&painter, nullptr, nullptr); }), expected);
+}
+
 void RowPaintTest::StateTextsHaveTheirPlaceAndColour_data()
 {
     QTest::addColumn<int>("state");
@@ -152,6 +181,15 @@ void RowPaintTest::TheNameStandsInItsPlaceInTheMainColour()
     QCOMPARE(rig.Painted().copy(NameArea), expected.copy(NameArea));
     rig.Record().strFileName.clear();
     QVERIFY(!rig.HasInk(NameArea));
+}
+
+void RowPaintTest::ALongNameIsNotShortened()
+{
+    RowRig rig;
+    const QRect rightEdge(585, 8, 25, 18);
+    QVERIFY(!rig.HasInk(rightEdge));
+    rig.Record().strFileName = QString(200, QLatin1Char('M'));
+    QVERIFY(rig.HasInk(rightEdge));
 }
 
 void RowPaintTest::EachChangeRepaintsTheRow_data()

@@ -67,6 +67,8 @@ void RowThumbnailTest::AThumbnailShowsItsTopLeftUnscaledWithRoundCorners()
     QCOMPARE(image.pixel(32, 12), QRgb(0xFFFF0000));  // within its radius of 4
     const int iBlended = qGreen(image.pixel(30, 12)); // on its arc, which is smooth
     QVERIFY(iBlended > 0 && iBlended < 255);
+    // A fifth of this pixel lies within a radius of 4: of 3 half of it would, of 5 nothing.
+    QVERIFY(qGreen(image.pixel(30, 11)) > 150 && qGreen(image.pixel(30, 11)) < 250);
     QCOMPARE(image.pixel(149, 77), QRgb(0xFFFFFFFF)); // the opposite one
     QCOMPARE(image.pixel(150, 40), QRgb(0xFFFFFFFF));
     QCOMPARE(image.pixel(90, 78), QRgb(0xFFFFFFFF));
