@@ -1,5 +1,6 @@
 // A row under the pointer: hover, presses, and the report of each click.
 
+#include "Engine/EngineRig.h"
 #include "RowRig.h"
 
 #include <QtCore/QDateTime>
@@ -67,8 +68,9 @@ private slots:
     void ADoubleClickIsTwoPresses();
     void AFailedRowAlwaysStarts();
     void APressBesideTheButtonsDoesNothing();
-    void ARightPressDoesNothing();
-    void ARightPressIsLeftToOthers();
+    void AnotherButtonDoesNothing_data();
+    void AnotherButtonDoesNothing();
+    void AnotherButtonIsLeftToOthers();
     void ARowOutsideASceneIgnoresThePointer();
     void TheReportNamesButtonRowAndAncestors();
     void TheReportOfAStateButtonFollowsTheSignal();
@@ -149,6 +151,9 @@ void RowMouseTest::HoveringTheDeleteButtonLeavesTheStateButton()
     QTRY_COMPARE(rig.Shown(RowRig::DeleteButton), rig.Icon(2, true));
     QCOMPARE(rig.Shown(RowRig::StateButton), rig.Icon(1, true));
     QCOMPARE(rig.Row().cursor().shape(), Qt::PointingHandCursor);
+    rig.Hover(RowRig::StateButton);
+    EngineRig::Settle();
+    QCOMPARE(rig.Shown(RowRig::DeleteButton), rig.Icon(2, true)); // nor the other way round
     rig.Hover(RowRig::NoButton);
     QTRY_COMPARE(rig.Shown(RowRig::DeleteButton), rig.Icon(2, false));
     QCOMPARE(rig.Shown(RowRig::StateButton), rig.Icon(1, false));
@@ -244,24 +249,33 @@ void RowMouseTest::APressBesideTheButtonsDoesNothing()
     QCOMPARE(rig.World().Calls().Lines("notify"), Texts({}));
 }
 
-void RowMouseTest::ARightPressDoesNothing()
+void RowMouseTest::AnotherButtonDoesNothing_data()
 {
+    QTest::addColumn<int>("button");
+    QTest::newRow("right") << int(Qt::RightButton);
+    QTest::newRow("middle") << int(Qt::MiddleButton);
+}
+
+void RowMouseTest::AnotherButtonDoesNothing()
+{
+    QFETCH(int, button);
     RowRig rig;
     const QSignalSpy deleted(&rig.Row(), &DownloadItem::SgnDeleteRecord);
     const QSignalSpy changed(&rig.Row(), &DownloadItem::SgnChangeDownloadState);
-    rig.Press(RowRig::DeleteButton, Qt::RightButton);
-    rig.Press(RowRig::StateButton, Qt::RightButton);
+    rig.Press(RowRig::DeleteButton, Qt::MouseButton(button));
+    rig.Press(RowRig::StateButton, Qt::MouseButton(button));
     QCOMPARE(deleted.size() + changed.size(), 0);
     QCOMPARE(rig.World().Calls().Lines("notify"), Texts({}));
 }
 
-void RowMouseTest::ARightPressIsLeftToOthers()
+void RowMouseTest::AnotherButtonIsLeftToOthers()
 {
     const RowRig rig;
     QGraphicsScene scene;
     auto* pRow = new BareRow(rig);
     scene.addItem(pRow);
     QVERIFY(!pRow->TakesPress(RowRig::StateButton, Qt::RightButton));
+    QVERIFY(!pRow->TakesPress(RowRig::StateButton, Qt::MiddleButton));
     QVERIFY(pRow->TakesPress(RowRig::StateButton));
 }
 
