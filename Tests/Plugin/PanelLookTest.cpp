@@ -5,6 +5,8 @@
 #include "PanelRig.h"
 #include "Plugin/KXRecordManage.h"
 
+#include <QtGui/QGuiApplication>
+#include <QtGui/QScreen>
 #include <QtWidgets/QGraphicsPixmapItem>
 #include <QtWidgets/QScrollBar>
 
@@ -47,6 +49,8 @@ class PanelLookTest : public QObject
 
 private slots:
     void TheFrameIsPaintedByThePanelItself();
+    void ItComesUpInTheMiddleOfTheScreen();
+    void RestoredItIsPaintedWhole();
     void TheButtonPicturesFollowTheState_data();
     void TheButtonPicturesFollowTheState();
     void ARowStandsInItsPlaceAtOnce();
@@ -75,6 +79,32 @@ void PanelLookTest::TheFrameIsPaintedByThePanelItself()
         QCOMPARE(image.pixel(inside), QRgb(0xFFFFFFFF));
     QVERIFY(qAlpha(image.pixel(0, 0)) < 128); // a round corner
     plugin.Destory();
+}
+
+// As dialogs do, which leave room for a frame that this one has not.
+void PanelLookTest::ItComesUpInTheMiddleOfTheScreen()
+{
+    PanelRig rig;
+    rig.Show();
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    const QPoint distance = rig.Panel().geometry().center() - screen.center();
+    QVERIFY2(qAbs(distance.x()) <= 20 && qAbs(distance.y()) <= 50,
+             qPrintable(QStringLiteral("%1, %2").arg(distance.x()).arg(distance.y())));
+}
+
+// The system shows again what was visible before.
+void PanelLookTest::RestoredItIsPaintedWhole()
+{
+    PanelRig rig;
+    rig.Send({"a"});
+    rig.Show();
+    PaintedRegion panel(rig.Panel());
+    PaintedRegion rows(*rig.View().viewport());
+    QVERIFY(!panel.Contains(QRect(0, 0, 630, 10)));
+    QShowEvent shown;
+    QCoreApplication::sendEvent(&rig.Panel(), &shown);
+    QTRY_VERIFY(panel.Contains(QRect(0, 0, 630, 10)));
+    QTRY_VERIFY(rows.Contains(QRect(0, 0, 600, 300)));
 }
 
 void PanelLookTest::TheButtonPicturesFollowTheState_data()
