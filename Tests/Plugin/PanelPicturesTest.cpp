@@ -26,6 +26,7 @@ private slots:
     void AMissingPictureEmptiesTheRowsPath();
     void OnlyDeviceRowsTakeTheirThumbnail();
     void ACloudPictureIsTakenAsItComes();
+    void TheCoverOfAResumedRowArrives();
     void AResumedRowWhosePictureKeyIsWrongShowsFailed();
     void ThePanelMayGoWhileThumbnailsAreQueued();
 
@@ -192,6 +193,21 @@ void PanelPicturesTest::ACloudPictureIsTakenAsItComes()
     QCOMPARE(rig.Record("7").strPicturePath, QStringLiteral("/cover.jpg"));
     QCOMPARE(rig.Record("8").strPicturePath, QString());
     QCOMPARE(PanelLog(rig.World()), Texts({}));
+}
+
+void PanelPicturesTest::TheCoverOfAResumedRowArrives()
+{
+    PanelRig rig;
+    rig.Show();
+    rig.Send("EventNotifyDownloadRecordList",
+             {EngineRig::Stream<DownloadCloudRecordInfo>({*rig.Made<DownloadCloudRecordInfo>("7", 0)}), 0});
+    rig.Press("7", PanelRig::StateButton);
+    rig.World().Pictures().FailAll(false);
+    rig.Press("7", PanelRig::StateButton);
+    QCOMPARE(rig.Record("7").strPicturePath, QString());
+    rig.World().Cloud().QueueDecryption(0, PngPicture());
+    rig.World().Pictures().AnswerWithFile("", "encrypted");
+    QTRY_COMPARE(rig.Record("7").strPicturePath, rig.World().Path("7.jpg"));
 }
 
 void PanelPicturesTest::AResumedRowWhosePictureKeyIsWrongShowsFailed()
