@@ -11,6 +11,7 @@ private slots:
     void AFailedRowIsRetried();
     void OnePausedRowIsAllThatIsResumed();
     void PausingAllPausesEveryRowWhateverItsState();
+    void ResumingAllKeepsTheOrderOfThePauses();
     void ResumingAllSkipsRowsThatAreGone();
     void DeletingARowForgetsThatItWasPaused();
     void TheEnginesStopPausesEveryRowWithoutAskingItAgain();
@@ -101,6 +102,19 @@ void PanelPauseTest::PausingAllPausesEveryRowWhateverItsState()
              Texts({"StartDeviceRecordDownload a", "StartDeviceRecordDownload b"}));
     QCOMPARE(rig.StateOf("d"), 0);
     QCOMPARE(rig.AllStartText(), QStringLiteral("pc_download_video_suspend_all"));
+}
+
+void PanelPauseTest::ResumingAllKeepsTheOrderOfThePauses()
+{
+    PanelRig rig;
+    rig.Send({"a", "b"});
+    rig.Show();
+    rig.Press("b", PanelRig::StateButton);
+    rig.Press("a", PanelRig::StateButton);
+    rig.Calls().Clear();
+    rig.PressAllStart();
+    QCOMPARE(rig.Calls().Short({"Start", "Stop"}),
+             Texts({"StartDeviceRecordDownload b", "StartDeviceRecordDownload a"}));
 }
 
 void PanelPauseTest::ResumingAllSkipsRowsThatAreGone()
