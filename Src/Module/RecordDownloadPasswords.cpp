@@ -179,9 +179,9 @@ void RecordDownloadModule::ReleaseWithPassword(const QString& strRecordId, const
         return;
     pTask->strPassword = strPassword;
     m_listWaitCloudRecord.Append(pTask);
+    m_listPendingCloudRecord.RemoveTask(pTask); // before the signal, inside which it may be paused and held again
     emit SignalAddDownloadInfo(pTask);
     if (const auto pRecord = std::dynamic_pointer_cast<DownloadCloudRecordInfo>(pTask))
         RequestCloudPicture(*pRecord, true);
-    m_listPendingCloudRecord.RemoveTask(pTask);
     StartNextCloudDownload();
 }

@@ -113,8 +113,8 @@ void RecordDownloadModule::PictureReady(const CloudPictureInfo& info, const QStr
         return;
     pTask->strPicturePath = strPath;
     m_listWaitCloudRecord.Append(pTask);
+    m_listPendingCloudRecord.RemoveTask(pTask); // before the signal, inside which it may be paused and held again
     emit SignalAddDownloadInfo(pTask);
-    m_listPendingCloudRecord.RemoveTask(pTask);
     StartNextCloudDownload();
 }
 

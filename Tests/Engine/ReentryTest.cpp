@@ -24,6 +24,8 @@ private slots:
     void ATaskPutInPlaceOfOneThatEndsIsLeftAlone();
     void ARefusedTaskDroppedWhileItIsQueuedAgainStaysAway_data();
     void ARefusedTaskDroppedWhileItIsQueuedAgainStaysAway();
+    void AHeldTaskPausedAndResumedWhenItIsAnnouncedIsNotLost_data();
+    void AHeldTaskPausedAndResumedWhenItIsAnnouncedIsNotLost();
     void ARefusedTaskPausedWhenItsRetryIsLoggedStaysPaused();
     void ARefusedTaskSentWhileItIsQueuedAgainIsOneTask();
     void ATaskWhosePathWasGivenAwayGetsAnother();
@@ -325,6 +327,30 @@ void ReentryTest::ARefusedTaskDroppedWhileItIsQueuedAgainStaysAway()
     rig.Calls().Clear();
     SendTasks(rig, Source::Device, {"4"}); // the source is not held up
     QCOMPARE(rig.Calls().Short("Start"), Texts({"StartDeviceRecordDownload 4"}));
+}
+
+void ReentryTest::AHeldTaskPausedAndResumedWhenItIsAnnouncedIsNotLost_data()
+{
+    QTest::addColumn<bool>("password");
+    QTest::newRow("held for its picture") << false;
+    QTest::newRow("held for its password") << true;
+}
+
+void ReentryTest::AHeldTaskPausedAndResumedWhenItIsAnnouncedIsNotLost()
+{
+    QFETCH(bool, password);
+    EngineRig rig(NoPictures);
+    Once(rig, "SignalAddDownloadInfo 1", [&rig] {
+        rig.Engine().PauseRecordDownloads(Rows(rig, {"1"}));
+        rig.Engine().StartRecordDownloads(Rows(rig, {"1"})); // held once more, for an answer of its own
+    });
+    SendFirst(rig, Source::Cloud, password);
+    QCOMPARE(rig.Calls().Count("SignalAddDownloadInfo 1"), password ? 1 : 2);
+    if (password) {
+        rig.World().Cloud().AnswerPassword(1, 1, "canary-again");
+        rig.Settle();
+    }
+    QCOMPARE(rig.Calls().Short("Start"), Texts({"StartCloudRecordDownload 1"}));
 }
 
 // The line tells of a task that waits already.
