@@ -1,14 +1,15 @@
 #include "KXGui/KXDialog.h"
 
+#include "Host/KXGui/FramePicture.h"
+
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
-#include <QtWidgets/QStyle>
-#include <QtWidgets/QStyleOption>
 
 namespace KXGui {
 
 KXDialog::KXDialog(QWidget* pParent, int iStyle)
     : QDialog(pParent)
+    , m_pFrame(new KXHost::FramePicture)
     , m_bFrameless(iStyle == 1)
     , m_bMovable(m_bFrameless)
 {
@@ -31,10 +32,8 @@ void KXDialog::paintEvent(QPaintEvent* pEvent)
     if (!m_bFrameless)
         return;
     // Qt leaves the background of a translucent window to the window.
-    QStyleOption option;
-    option.initFrom(this);
     QPainter painter(this);
-    style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
+    m_pFrame->Paint(painter, *this);
 }
 
 void KXDialog::mousePressEvent(QMouseEvent* pEvent)

@@ -6,6 +6,12 @@
 #include <QtCore/QRect>
 #include <QtWidgets/QDialog>
 
+#include <memory>
+
+namespace KXHost {
+class FramePicture;
+}
+
 namespace KXGui {
 
 // Base of the host's dialogs. Thread: the GUI thread.
@@ -30,6 +36,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* pEvent) override;
 
 private:
+    std::unique_ptr<KXHost::FramePicture> m_pFrame;
     bool m_bFrameless;
     bool m_bMovable;
     bool m_bDragging = false;
