@@ -69,5 +69,6 @@ void KXRecordManageGlobalData::ApplyStyleSheet()
     QString strStyleSheet = QString::fromUtf8(file.readAll());
     ReplaceColorKeys(strStyleSheet, KXColor::colorMap());
     KXPublic::translateQssKey(strStyleSheet);
+    m_pDownloadWidget->ensurePolished(); // else each of its rules is looked for twice: now, and when it is shown
     m_pDownloadWidget->setStyleSheet(strStyleSheet);
 }
