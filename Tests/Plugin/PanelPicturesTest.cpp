@@ -1,5 +1,6 @@
 // The pictures of rows: what is asked of the thumbnail thread, and what its answers do.
 
+#include "PaintedRegion.h"
 #include "PanelRig.h"
 
 #include <QtCore/QBuffer>
@@ -26,7 +27,7 @@ private slots:
     void AMissingPictureEmptiesTheRowsPath();
     void OnlyDeviceRowsTakeTheirThumbnail();
     void ACloudPictureIsTakenAsItComes();
-    void TheCoverOfAResumedRowArrives();
+    void TheCoverOfAnEncryptedRecordingArrives();
     void AResumedRowWhosePictureKeyIsWrongShowsFailed();
     void ThePanelMayGoWhileThumbnailsAreQueued();
 
@@ -195,19 +196,24 @@ void PanelPicturesTest::ACloudPictureIsTakenAsItComes()
     QCOMPARE(PanelLog(rig.World()), Texts({}));
 }
 
-void PanelPicturesTest::TheCoverOfAResumedRowArrives()
+// It has its row before its cover, because its password came first.
+void PanelPicturesTest::TheCoverOfAnEncryptedRecordingArrives()
 {
     PanelRig rig;
-    rig.Show();
-    rig.Send("EventNotifyDownloadRecordList",
-             {EngineRig::Stream<DownloadCloudRecordInfo>({*rig.Made<DownloadCloudRecordInfo>("7", 0)}), 0});
-    rig.Press("7", PanelRig::StateButton);
     rig.World().Pictures().FailAll(false);
-    rig.Press("7", PanelRig::StateButton);
-    QCOMPARE(rig.Record("7").strPicturePath, QString());
+    const auto pRecord = rig.Made<DownloadCloudRecordInfo>("7", 0);
+    pRecord->strText1 = QStringLiteral("account");
+    pRecord->strCloudText1 = QStringLiteral("cover");
+    pRecord->strCloudText2 = QStringLiteral("canary-record-key");
+    rig.Show();
+    rig.Send("EventNotifyDownloadRecordList", {EngineRig::Stream<DownloadCloudRecordInfo>({*pRecord}), 0});
+    rig.World().Cloud().AnswerPassword(0, 1, "canary-fetched");
+    QTRY_VERIFY(rig.Row("7"));
+    PaintedRegion painted(*rig.View().viewport());
     rig.World().Cloud().QueueDecryption(0, PngPicture());
-    rig.World().Pictures().AnswerWithFile("", "encrypted");
+    rig.World().Pictures().AnswerWithFile("cover", "encrypted");
     QTRY_COMPARE(rig.Record("7").strPicturePath, rig.World().Path("7.jpg"));
+    QTRY_VERIFY(painted.Contains(QRect(30, 10, 120, 68)));
 }
 
 void PanelPicturesTest::AResumedRowWhosePictureKeyIsWrongShowsFailed()
