@@ -198,7 +198,12 @@ void PanelRowsTest::AFinishedRowLeaves()
     rig.Send({"a", "b", "c"});
     const QPointer<DownloadItem> pRow = rig.Row("b");
     rig.World().Log().Clear();
+    int iLinesAtCount = -1;
+    rig.Calls().WhenAdded("notify EventNotifyDownloadNumber", [&] {
+        iLinesAtCount = PanelLog(rig.World(), "DownloadWidget::FinishDownloadRecord").size();
+    });
     rig.RaiseState("b", 2);
+    QCOMPARE(iLinesAtCount, 1); // logged before the row goes
     QVERIFY(!rig.Row("b"));
     QVERIFY(!pRow);
     QCOMPARE(rig.View().GetAllItem().size(), 2);
