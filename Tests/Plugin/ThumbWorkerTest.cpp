@@ -25,6 +25,7 @@ private slots:
     void APictureIsDecodedUpTo64Megapixels();
     void WhatIsNoPictureIsAnsweredAsWritten_data();
     void WhatIsNoPictureIsAnsweredAsWritten();
+    void AFileTooLargeForAPictureIsNotRead();
     void AMissingSourceIsAnsweredWithNoPath();
     void WhatIsNoRegularFileIsAnsweredWithNoPath_data();
     void WhatIsNoRegularFileIsAnsweredWithNoPath();
@@ -138,6 +139,27 @@ void ThumbWorkerTest::WhatIsNoPictureIsAnsweredAsWritten()
     const QString strTarget = world.Path("out.jpg");
     QCOMPARE(Answer(strSource, strTarget), QVariantList({QStringLiteral("id"), strTarget}));
     QVERIFY(!world.HasFile("out.jpg"));
+    // Nor is an old one touched.
+    world.WriteFile("out.jpg", "an old picture");
+    QCOMPARE(Answer(strSource, strTarget), QVariantList({QStringLiteral("id"), strTarget}));
+    QFile old(strTarget);
+    QVERIFY(old.open(QIODevice::ReadOnly));
+    QCOMPARE(old.readAll(), QByteArray("an old picture"));
+}
+
+// A good picture with a gap behind it, which takes no place on the disk: by its pixels it would be decoded.
+void ThumbWorkerTest::AFileTooLargeForAPictureIsNotRead()
+{
+    FakeWorld world;
+    const QString strSource = WritePng(world, "thumb", Qt::green);
+    const QString strTarget = world.Path("out.png");
+    if (!QFile::resize(strSource, 257LL * 1024 * 1024))
+        QSKIP("this volume has no room for the file", "");
+    QCOMPARE(Answer(strSource, strTarget), QVariantList({QStringLiteral("id"), strTarget}));
+    QVERIFY(!world.HasFile("out.png"));
+    QVERIFY(QFile::resize(strSource, 200));
+    QCOMPARE(Answer(strSource, strTarget), QVariantList({QStringLiteral("id"), strTarget}));
+    QCOMPARE(QImage(strTarget).pixelColor(1, 1), QColor(Qt::green));
 }
 
 void ThumbWorkerTest::AMissingSourceIsAnsweredWithNoPath()
