@@ -39,21 +39,18 @@ QString FormTest::Policy(QSizePolicy::Policy policy)
     }
 }
 
-// One line per layout, spacer and widget, indented by depth. Margins only of layouts that fill a widget.
+// One line per layout, spacer and widget, indented by depth.
 void FormTest::Describe(QStringList& lines, int iDepth, QLayout& layout)
 {
-    QString strLine = QStringLiteral("%1 %2 spacing %3")
-                          .arg(layout.objectName(), QString::fromUtf8(layout.metaObject()->className()))
-                          .arg(layout.spacing());
     const QMargins margins = layout.contentsMargins();
-    if (layout.parent()->isWidgetType()) {
-        strLine += QStringLiteral(" margins %1 %2 %3 %4")
-                       .arg(margins.left())
-                       .arg(margins.top())
-                       .arg(margins.right())
-                       .arg(margins.bottom());
-    }
-    lines.append(QString(iDepth, QLatin1Char(' ')) + strLine);
+    lines.append(QString(iDepth, QLatin1Char(' ')) +
+                 QStringLiteral("%1 %2 spacing %3 margins %4 %5 %6 %7")
+                     .arg(layout.objectName(), QString::fromUtf8(layout.metaObject()->className()))
+                     .arg(layout.spacing())
+                     .arg(margins.left())
+                     .arg(margins.top())
+                     .arg(margins.right())
+                     .arg(margins.bottom()));
     for (int i = 0; i < layout.count(); ++i) {
         QLayoutItem* pItem = layout.itemAt(i);
         if (pItem->layout())
@@ -97,9 +94,9 @@ void FormTest::TheTreeIsBuiltAsDesigned()
         "   pageEmpty QWidget",
         "    verticalLayout_2 QVBoxLayout spacing 6 margins 11 11 11 11",
         "     spacer 20x201 Minimum Expanding",
-        "     horizontalLayout_2 QHBoxLayout spacing 6",
+        "     horizontalLayout_2 QHBoxLayout spacing 6 margins 0 0 0 0",
         "      spacer 40x20 Expanding Minimum",
-        "      verticalLayout QVBoxLayout spacing 20",
+        "      verticalLayout QVBoxLayout spacing 20 margins 0 0 0 0",
         "       labelPic QLabel",
         "       labelText QLabel",
         "      spacer 40x20 Expanding Minimum",
