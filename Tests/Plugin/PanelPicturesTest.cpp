@@ -24,6 +24,7 @@ private slots:
     void AnIncompleteOrUnknownThumbsEventIsIgnored_data();
     void AnIncompleteOrUnknownThumbsEventIsIgnored();
     void AThumbnailArrivesInItsRow();
+    void AThumbnailIsTakenByThePanelsThread();
     void AMissingPictureEmptiesTheRowsPath();
     void OnlyDeviceRowsTakeTheirThumbnail();
     void ACloudPictureIsTakenAsItComes();
@@ -157,6 +158,22 @@ void PanelPicturesTest::AThumbnailArrivesInItsRow()
     rig.Panel().AddDownloadInfo(pRecord);
     QTRY_COMPARE(rig.Record("a").strPicturePath, rig.World().Path("a.jpg"));
     QVERIFY(rig.World().HasFile("a.jpg"));
+}
+
+// The worker starts the second picture when it has answered the first; until this thread turns, nothing changes.
+void PanelPicturesTest::AThumbnailIsTakenByThePanelsThread()
+{
+    const DebugMessages messages;
+    PanelRig rig;
+    const QString strSource = rig.World().WriteFile("thumb", PngPicture());
+    for (const char* pszId : {"a", "b"}) {
+        const auto pRecord = rig.Made(pszId);
+        pRecord->strPicturePath = strSource;
+        rig.Panel().AddDownloadInfo(pRecord);
+    }
+    QVERIFY(DebugMessages::WaitFor(2));
+    QCOMPARE(rig.Record("a").strPicturePath, strSource);
+    QTRY_COMPARE(rig.Record("a").strPicturePath, rig.World().Path("a.jpg"));
 }
 
 void PanelPicturesTest::AMissingPictureEmptiesTheRowsPath()

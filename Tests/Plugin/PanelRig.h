@@ -6,6 +6,8 @@
 #include "KXGui/GraphicsGridView.h"
 #include "KXGui/KXSvgPixmap.h"
 
+#include <QtCore/QMutex>
+#include <QtCore/QWaitCondition>
 #include <QtGui/QImage>
 #include <QtGui/QPainter>
 #include <QtTest/QTest>
@@ -182,6 +184,17 @@ public:
         return s_lines;
     }
 
+    // Until so many came, from whichever thread; no event is handled meanwhile.
+    static bool WaitFor(int iCount)
+    {
+        const QMutexLocker locker(&s_mutex);
+        while (s_lines.size() < iCount) {
+            if (!s_arrived.wait(&s_mutex, 10000))
+                return false;
+        }
+        return true;
+    }
+
 private:
     static void Take(QtMsgType type, const QMessageLogContext& context, const QString& strText)
     {
@@ -191,9 +204,11 @@ private:
         s_lines.append(QStringLiteral("%1:%2 %3|%4")
                            .arg(QString::fromUtf8(context.file), QString::number(context.line),
                                 QString::fromUtf8(context.function), strText));
+        s_arrived.wakeAll();
     }
 
     static inline QMutex s_mutex;
+    static inline QWaitCondition s_arrived;
     static inline QStringList s_lines;
     QtMessageHandler m_pOld;
 };
