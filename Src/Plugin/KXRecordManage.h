@@ -6,9 +6,16 @@
 
 class KXRecordManageGlobalData;
 
+// Who links the class to the plug-in library imports it.
+#if defined(KX_BUILDING_PLUGIN)
+#define KX_PLUGIN_EXPORT Q_DECL_EXPORT
+#else
+#define KX_PLUGIN_EXPORT Q_DECL_IMPORT
+#endif
+
 // The plug-in object. The host reaches it through QPluginLoader by the interface's IID, or links the class.
 // Thread: the GUI thread.
-class Q_DECL_EXPORT KXRecordManage : public QObject, public IKXWidgetPluginInterface
+class KX_PLUGIN_EXPORT KXRecordManage : public QObject, public IKXWidgetPluginInterface
 {
     Q_OBJECT
     Q_INTERFACES(IKXWidgetPluginInterface)
