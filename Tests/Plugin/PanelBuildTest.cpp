@@ -197,7 +197,7 @@ void PanelBuildTest::AShownPanelRepaintsAndComesToTheFront()
 void PanelBuildTest::AShownPanelTakesTheKeyboardBack()
 {
     if (QGuiApplication::platformName() != QLatin1String("offscreen"))
-        QSKIP("on a real screen another window that becomes active closes a popup");
+        QSKIP("on a real screen another window that becomes active closes a popup", "");
     PanelRig rig;
     QWidget other;
     other.show();
