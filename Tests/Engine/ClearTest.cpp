@@ -38,6 +38,7 @@ private slots:
     void LateStatesOfClearedTasksAreDropped();
     void HeldCloudTasksStay();
     void TellsThePanelAtTheEnd();
+    void ATaskThatArrivesWhileItClearsWaitsForTheNewFoldersVolume();
     void AnEmptyEventIsIgnored();
     void AClearedTaskMayBeStartedAgain();
 };
@@ -142,6 +143,19 @@ void ClearTest::TellsThePanelAtTheEnd()
     QCOMPARE(Told(rig), Texts({"StopLanModuleRecordDownload 1", "SignalStopAllRecord", "SignalAddDownloadInfo 2"}));
     const QList<QByteArray> measured{rig.World().Path("target").toLocal8Bit()};
     QCOMPARE(ScriptedDisk::Asked(), measured); // armed, and with the new folder
+}
+
+void ClearTest::ATaskThatArrivesWhileItClearsWaitsForTheNewFoldersVolume()
+{
+    EngineRig rig;
+    rig.Send("EventNotifyDownloadRecordPath", {QStringLiteral("/old")});
+    SendTasks(rig, Source::LanModule, {"1"});
+    ScriptedDisk::SetFreeBytes(0);
+    rig.Calls().WhenAdded("StopLanModuleRecordDownload", [&rig] { SendTasks(rig, Source::Device, {"2"}); });
+    rig.Calls().Clear();
+    rig.Send(DiskFull, {QStringLiteral("/new")});
+    QCOMPARE(Told(rig), Texts({"StopLanModuleRecordDownload 1", "SignalAddDownloadInfo 2", "SignalStopAllRecord"}));
+    QCOMPARE(ScriptedDisk::Asked(), QList<QByteArray>{"/new"});
 }
 
 void ClearTest::AnEmptyEventIsIgnored()

@@ -13,6 +13,8 @@ private slots:
     void PauseStopsARunningTaskAndKeepsItsFiles();
     void PauseTakesAWaitingTaskOutOfItsQueue_data();
     void PauseTakesAWaitingTaskOutOfItsQueue();
+    void PauseFindsATaskByItsId_data();
+    void PauseFindsATaskByItsId();
     void PauseOfAllStartsNothingInBetween();
     void PauseOfTasksThatAreNowhereDoesNothing();
     void APlaceFreedByPauseIsTaken();
@@ -92,6 +94,30 @@ void ControlTest::PauseTakesAWaitingTaskOutOfItsQueue()
     QCOMPARE(Told(rig), Texts({}));
     rig.RaiseState(source, "1", 2);
     QCOMPARE(rig.Calls().Short("Start"), started);
+}
+
+void ControlTest::PauseFindsATaskByItsId_data()
+{
+    QTest::addColumn<QString>("paused");
+    QTest::addColumn<QStringList>("told");
+    QTest::newRow("running") << QStringLiteral("1")
+                             << Texts({"StopDeviceRecordDownload 1", "StartDeviceRecordDownload 3"});
+    QTest::newRow("waiting") << QStringLiteral("3") << Texts({});
+}
+
+// A record that the client sent again is another object, and the row that is paused may hold the one or the other.
+void ControlTest::PauseFindsATaskByItsId()
+{
+    QFETCH(QString, paused);
+    QFETCH(QStringList, told);
+    EngineRig rig;
+    SendTasks(rig, Source::Device, {"1", "2", "3"});
+    rig.Calls().Clear();
+    const auto copy = rig.Device(paused.toUtf8().constData());
+    rig.Engine().PauseRecordDownloads({std::make_shared<KXDownLoadList::DownloadDeviceRecordInfo>(copy)});
+    QCOMPARE(Told(rig), told);
+    rig.RaiseState(Source::Device, "2", 2);
+    QCOMPARE(rig.Calls().Count("StartDeviceRecordDownload 3"), paused == QLatin1String("1") ? 1 : 0);
 }
 
 void ControlTest::PauseOfAllStartsNothingInBetween()

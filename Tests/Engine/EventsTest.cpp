@@ -22,6 +22,7 @@ private slots:
     void DeleteEventStopsEveryTaskAndSaysSo();
     void DeleteEventWithAWronglyTypedFolderMeasuresTheEmptyOne();
     void PathEventOnlyStoresTheFolder();
+    void PathEventMeasuresNothing();
     void PathEventWithoutElementsIsIgnored();
     void PathEventWithAWronglyTypedFolderMeasuresTheEmptyOne();
     void QueryIsAnsweredByListAndType_data();
@@ -192,6 +193,16 @@ void EventsTest::PathEventOnlyStoresTheFolder()
     QCOMPARE(rig.Task("e")->strDownloadPath, rig.World().Path("e.mp4"));
 }
 
+void EventsTest::PathEventMeasuresNothing()
+{
+    EngineRig rig;
+    ScriptedDisk::SetFreeBytes(0);
+    rig.Send("EventNotifyDownloadRecordPath", {QStringLiteral("/full")});
+    rig.SendOne(rig.Device("d"));
+    QCOMPARE(rig.Calls().Short("Start"), Texts({"StartDeviceRecordDownload d"}));
+    QCOMPARE(ScriptedDisk::Asked(), QList<QByteArray>());
+}
+
 void EventsTest::PathEventWithoutElementsIsIgnored()
 {
     EngineRig rig;
@@ -232,6 +243,7 @@ void EventsTest::QueryIsAnsweredByListAndType_data()
     row("without a type nothing is found", R"({"strRecordId": "i"})", "false", "i");
     row("a type in text counts as none", R"({"strRecordId": "i", "iType": "2"})", "false", "i");
     row("without an id the answer has an empty one", R"({"iType": 2})", "false", "");
+    row("an id that is a number counts as none", R"({"strRecordId": 7, "iType": 2})", "false", "");
     row("an empty object is answered too", "{}", "false", "");
     row("an id of other letters comes back as it was", R"({"strRecordId": "ä€", "iType": 3})", "false", "ä€");
 }

@@ -23,6 +23,8 @@ private slots:
     void ACallbackWithoutUserPostsNothing();
     void ACallbackOnlyPosts_data();
     void ACallbackOnlyPosts();
+    void ACallbackOnTheEnginesThreadOnlyPosts_data();
+    void ACallbackOnTheEnginesThreadOnlyPosts();
     void ReceivedDataReachThePanelUnchanged_data();
     void ReceivedDataReachThePanelUnchanged();
     void StatesAndDataKeepTheirOrder();
@@ -183,6 +185,25 @@ void FinishTest::ACallbackOnlyPosts()
     rig.Settle();
     QCOMPARE(Told(rig), Texts({"SignalDownloadRecordStates 1 1 false", "SignalDownloadRecordData 1 10"}));
     QCOMPARE(rig.Calls().OffThread(), Texts({}));
+}
+
+void FinishTest::ACallbackOnTheEnginesThreadOnlyPosts_data()
+{
+    ACallbackWithoutUserPostsNothing_data();
+}
+
+// A host may call back from inside an operation of the engine, which must be over before the state is acted on.
+void FinishTest::ACallbackOnTheEnginesThreadOnlyPosts()
+{
+    QFETCH(Source, source);
+    EngineRig rig(NoPictures);
+    SendTasks(rig, source, {"1"});
+    rig.Calls().Clear();
+    QCOMPARE(rig.World().Downloads().CallState(source, "1", 1), 1);
+    QCOMPARE(rig.World().Downloads().CallData(source, "1", 10), 1);
+    QCOMPARE(Told(rig), Texts({}));
+    rig.Settle();
+    QCOMPARE(Told(rig), Texts({"SignalDownloadRecordStates 1 1 false", "SignalDownloadRecordData 1 10"}));
 }
 
 void FinishTest::ReceivedDataReachThePanelUnchanged_data()

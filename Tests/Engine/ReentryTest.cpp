@@ -16,6 +16,7 @@ private slots:
     void AListInsideTheHostsStartIsStartedInOrder();
     void AFullDiskInsideTheHostsStartStopsThatTransfer_data();
     void AFullDiskInsideTheHostsStartStopsThatTransfer();
+    void AFullDiskWhileTheFirstOfManyStartsDropsTheOthers();
     void AFullDiskWhileARowIsAnnouncedStartsNothing_data();
     void AFullDiskWhileARowIsAnnouncedStartsNothing();
     void ARecordRepeatedWhileItsRowIsAnnouncedStartsOnce_data();
@@ -204,6 +205,20 @@ void ReentryTest::AFullDiskInsideTheHostsStartStopsThatTransfer()
     for (const int iCode : {1, 0, 2})
         rig.RaiseState(source, "1", iCode);
     QCOMPARE(Told(rig), Texts({}));
+}
+
+// The panel marked all its rows as stopped: none of them may come back by itself.
+void ReentryTest::AFullDiskWhileTheFirstOfManyStartsDropsTheOthers()
+{
+    EngineRig rig;
+    SendTasks(rig, Source::Device, {"1", "2"});
+    const auto rows = Rows(rig, {"1", "2"});
+    rig.Engine().PauseRecordDownloads(rows);
+    rig.Calls().Clear();
+    Once(rig, "Start", [&rig] { FillDisk(rig); });
+    rig.Engine().StartRecordDownloads(rows);
+    QCOMPARE(Told(rig), Texts({"SignalAddDownloadInfo 1", "StartDeviceRecordDownload 1", "SignalStopAllRecord",
+                               "StopDeviceRecordDownload 1"}));
 }
 
 void ReentryTest::AFullDiskWhileARowIsAnnouncedStartsNothing_data()

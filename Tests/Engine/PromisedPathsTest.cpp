@@ -1,0 +1,191 @@
+// Two tasks never write one file: how long a target path belongs to its task, and which number is free again.
+
+#include "Engine/EngineCases.h"
+
+#include <utility>
+
+using namespace EngineCases;
+
+class PromisedPathsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void ARecordSentWhileAnotherIsTakenInGetsItsOwnPath_data();
+    void ARecordSentWhileAnotherIsTakenInGetsItsOwnPath();
+    void ARetriedTaskHoldsItsPathAgain();
+    void AFreedNumberIsGivenToTheNextList();
+    void AFreedNumberIsGivenToTheNextRetry();
+    void ADeletedTaskGivesUpItsOwnPathOnly();
+    void ADeletedTaskHoldsItsPathUntilItsFilesAreGone_data();
+    void ADeletedTaskHoldsItsPathUntilItsFilesAreGone();
+    void ThousandsOfTasksKeepTheirPaths();
+    void TasksWithoutAPathStayWithoutOne();
+    void OneNameInOtherLettersIsOneFile_data();
+    void OneNameInOtherLettersIsOneFile();
+
+private:
+    static void SendAs(EngineRig& rig, int iType, const char* pszRecordId, const char* pszFile);
+    static QStringList Paths(EngineRig& rig, Ids ids);
+};
+
+// One task whose target is that file of the world's folder.
+void PromisedPathsTest::SendAs(EngineRig& rig, int iType, const char* pszRecordId, const char* pszFile)
+{
+    rig.SendTyped(iType, pszRecordId, [&](auto& record) { record.strDownloadPath = rig.World().Path(pszFile); });
+}
+
+QStringList PromisedPathsTest::Paths(EngineRig& rig, Ids ids)
+{
+    QStringList paths;
+    for (const DownloadRecordInfoPtr& pTask : Rows(rig, ids))
+        paths.append(pTask ? pTask->strDownloadPath : QStringLiteral("no such task"));
+    return paths.replaceInStrings(rig.World().Folder(), QStringLiteral("~"));
+}
+
+void PromisedPathsTest::ARecordSentWhileAnotherIsTakenInGetsItsOwnPath_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QByteArray>("inside"); // the first of these calls
+    QTest::newRow("cloud, while its picture is asked for") << 0 << QByteArray("get ");
+    QTest::newRow("device, while its row is announced") << 1 << QByteArray("SignalAddDownloadInfo 1");
+    QTest::newRow("device, while it is started") << 1 << QByteArray("StartDeviceRecordDownload 1");
+    QTest::newRow("IOT LAN, while its row is announced") << 2 << QByteArray("SignalAddDownloadInfo 1");
+    QTest::newRow("LAN module, while its row is announced") << 3 << QByteArray("SignalAddDownloadInfo 1");
+}
+
+void PromisedPathsTest::ARecordSentWhileAnotherIsTakenInGetsItsOwnPath()
+{
+    QFETCH(int, type);
+    QFETCH(QByteArray, inside);
+    EngineRig rig(NoPictures);
+    bool bSent = false;
+    rig.Calls().WhenAdded(inside.constData(), [&rig, &bSent, iType = type] {
+        if (!std::exchange(bSent, true))
+            SendAs(rig, iType, "2", "x.mp4");
+    });
+    SendAs(rig, type, "1", "x.mp4");
+    QCOMPARE(Paths(rig, {"1", "2"}), Texts({"~/x.mp4", "~/x(1).mp4"}));
+}
+
+// A finished task has given its path back. Retried, it writes there once more.
+void PromisedPathsTest::ARetriedTaskHoldsItsPathAgain()
+{
+    EngineRig rig;
+    SendAs(rig, 1, "1", "x.mp4");
+    rig.RaiseState(Source::Device, "1", 2);
+    rig.Engine().StartRecordDownloads(Rows(rig, {"1"}));
+    SendAs(rig, 1, "2", "x.mp4");
+    QCOMPARE(Paths(rig, {"1", "2"}), Texts({"~/x.mp4", "~/x(1).mp4"}));
+}
+
+void PromisedPathsTest::AFreedNumberIsGivenToTheNextList()
+{
+    EngineRig rig;
+    SendAs(rig, 1, "1", "x.mp4");
+    SendAs(rig, 1, "2", "x.mp4");
+    rig.Engine().DeleteRecordDownload(1, QStringLiteral("2"), rig.World().Path("x(1).mp4"));
+    SendAs(rig, 1, "3", "x.mp4");
+    QCOMPARE(Paths(rig, {"2", "3"}), Texts({"~/x(1).mp4", "~/x(1).mp4"}));
+}
+
+void PromisedPathsTest::AFreedNumberIsGivenToTheNextRetry()
+{
+    EngineRig rig;
+    for (const char* pszId : {"1", "2"}) {
+        SendAs(rig, 1, pszId, "x.mp4");
+        rig.RaiseState(Source::Device, pszId, 2);
+    }
+    SendAs(rig, 1, "3", "x.mp4"); // has the path that both had
+    rig.Engine().StartRecordDownloads(Rows(rig, {"1"}));
+    QCOMPARE(Paths(rig, {"1"}), Texts({"~/x(1).mp4"}));
+    rig.Engine().DeleteRecordDownload(1, QStringLiteral("1"), rig.World().Path("x(1).mp4"));
+    rig.Engine().StartRecordDownloads(Rows(rig, {"2"}));
+    QCOMPARE(Paths(rig, {"2"}), Texts({"~/x(1).mp4"}));
+}
+
+void PromisedPathsTest::ADeletedTaskGivesUpItsOwnPathOnly()
+{
+    EngineRig rig;
+    SendAs(rig, 1, "1", "x.mp4");
+    rig.Engine().DeleteRecordDownload(1, QStringLiteral("gone"), rig.World().Path("x.mp4"));
+    SendAs(rig, 1, "2", "x.mp4");
+    QCOMPARE(Paths(rig, {"1", "2"}), Texts({"~/x.mp4", "~/x(1).mp4"}));
+}
+
+void PromisedPathsTest::ADeletedTaskHoldsItsPathUntilItsFilesAreGone_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::newRow("cloud") << 0;
+    QTest::newRow("device") << 1;
+    QTest::newRow("IOT LAN") << 2;
+    QTest::newRow("LAN module") << 3;
+}
+
+// A record that the client sends inside the stop would otherwise write to the file that the stop is about to remove.
+void PromisedPathsTest::ADeletedTaskHoldsItsPathUntilItsFilesAreGone()
+{
+    QFETCH(int, type);
+    EngineRig rig(NoPictures);
+    SendAs(rig, type, "1", "x.mp4");
+    rig.Calls().WhenAdded("Stop", [&rig, iType = type] { SendAs(rig, iType, "2", "x.mp4"); });
+    rig.Engine().DeleteRecordDownload(type, QStringLiteral("1"), rig.World().Path("x.mp4"));
+    QCOMPARE(Paths(rig, {"2"}), Texts({"~/x(1).mp4"}));
+    SendAs(rig, type, "3", "x.mp4");
+    QCOMPARE(Paths(rig, {"3"}), Texts({"~/x.mp4"}));
+}
+
+void PromisedPathsTest::ThousandsOfTasksKeepTheirPaths()
+{
+    EngineRig rig;
+    std::vector<KXDownLoadList::DownloadLanModuleRecordInfo> records;
+    for (int i = 0; i < 2500; ++i) {
+        records.push_back(rig.LanModule(QByteArray::number(i).constData()));
+        records.back().strDownloadPath = rig.World().Path("x.mp4");
+    }
+    rig.SendList(3, records);
+    SendAs(rig, 3, "last", "x.mp4");
+    QCOMPARE(Paths(rig, {"0", "1", "2499", "last"}),
+             Texts({"~/x.mp4", "~/x(1).mp4", "~/x(2499).mp4", "~/x(2500).mp4"}));
+}
+
+void PromisedPathsTest::TasksWithoutAPathStayWithoutOne()
+{
+    EngineRig rig;
+    for (const char* pszId : {"1", "2"})
+        rig.SendTyped(1, pszId, [](auto& record) { record.strDownloadPath = QString(); });
+    QCOMPARE(Paths(rig, {"1", "2"}), Texts({"", ""}));
+    QCOMPARE(rig.Calls().Short({"Start", "Signal"}), Texts({"SignalAddDownloadInfo 1", "SignalAddDownloadInfo 2"}));
+    QCOMPARE(rig.World().Log().Lines(), Texts({}));
+}
+
+void PromisedPathsTest::OneNameInOtherLettersIsOneFile_data()
+{
+    QTest::addColumn<QString>("first");
+    QTest::addColumn<QString>("second");
+    QTest::addColumn<QString>("given");
+    const auto row = [](const char* pszName, const char* pszFirst, const char* pszSecond, const char* pszGiven) {
+        QTest::newRow(pszName) << QString::fromUtf8(pszFirst) << QString::fromUtf8(pszSecond)
+                               << QString::fromUtf8(pszGiven);
+    };
+    row("capitals", "x.mp4", "X.MP4", "~/X(1).MP4");
+    row("capitals with marks", "ü.mp4", "Ü.mp4", "~/Ü(1).mp4");
+    row("capitals beyond the first plane", "𐐨.mp4", "𐐀.mp4", "~/𐐀(1).mp4");
+    row("two slashes", "d/x.mp4", "d//x.mp4", "~/d//x(1).mp4");
+    row("a dot folder", "d/x.mp4", "d/./x.mp4", "~/d/./x(1).mp4");
+    row("the folder above", "d/x.mp4", "e/../d/x.mp4", "~/e/../d/x(1).mp4");
+}
+
+void PromisedPathsTest::OneNameInOtherLettersIsOneFile()
+{
+    QFETCH(QString, first);
+    QFETCH(QString, second);
+    QFETCH(QString, given);
+    EngineRig rig;
+    SendAs(rig, 1, "1", first.toUtf8().constData());
+    SendAs(rig, 1, "2", second.toUtf8().constData());
+    QCOMPARE(Paths(rig, {"2"}), QStringList{given});
+}
+
+QTEST_GUILESS_MAIN(PromisedPathsTest)
+#include "PromisedPathsTest.moc"
