@@ -118,7 +118,7 @@ void RecordDownloadModule::HandleState(const Source& source, const QString& strR
     if (iCode != StateCode::Running)
         NotifyState(StateEventOf(*pTask, iCode));
     const DownloadRecordInfoPtr pNow = (this->*source.pRunning).Find(strRecordId);
-    if (pNow && pNow != pTask)
+    if (pNow ? pNow != pTask : (this->*source.pWaiting).Contains(strRecordId))
         return; // the client put another task in its place when it heard of the state
     ActOnState(source, pTask, iCode);
     emit SignalDownloadRecordStates(strRecordId, iCode, false);

@@ -38,6 +38,7 @@ private slots:
     void LateStatesOfClearedTasksAreDropped();
     void HeldCloudTasksStay();
     void TellsThePanelAtTheEnd();
+    void ATaskThatArrivesWhileItClearsWaitsForTheNewFoldersVolume_data();
     void ATaskThatArrivesWhileItClearsWaitsForTheNewFoldersVolume();
     void AnEmptyEventIsIgnored();
     void AClearedTaskMayBeStartedAgain();
@@ -145,13 +146,21 @@ void ClearTest::TellsThePanelAtTheEnd()
     QCOMPARE(ScriptedDisk::Asked(), measured); // armed, and with the new folder
 }
 
+void ClearTest::ATaskThatArrivesWhileItClearsWaitsForTheNewFoldersVolume_data()
+{
+    QTest::addColumn<Source>("source");
+    QTest::newRow("of another source") << Source::Device;
+    QTest::newRow("of the same source: is it measured only when the place is free?") << Source::LanModule;
+}
+
 void ClearTest::ATaskThatArrivesWhileItClearsWaitsForTheNewFoldersVolume()
 {
+    QFETCH(Source, source);
     EngineRig rig;
     rig.Send("EventNotifyDownloadRecordPath", {QStringLiteral("/old")});
     SendTasks(rig, Source::LanModule, {"1"});
     ScriptedDisk::SetFreeBytes(0);
-    rig.Calls().WhenAdded("StopLanModuleRecordDownload", [&rig] { SendTasks(rig, Source::Device, {"2"}); });
+    rig.Calls().WhenAdded("StopLanModuleRecordDownload", [&rig, source = source] { SendTasks(rig, source, {"2"}); });
     rig.Calls().Clear();
     rig.Send(DiskFull, {QStringLiteral("/new")});
     QCOMPARE(Told(rig), Texts({"StopLanModuleRecordDownload 1", "SignalAddDownloadInfo 2", "SignalStopAllRecord"}));

@@ -25,6 +25,7 @@ private slots:
     void AResumedTaskKeepsItsPath();
     void DeleteStopsTheTaskAndRemovesItsFiles_data();
     void DeleteStopsTheTaskAndRemovesItsFiles();
+    void DeleteRemovesTheFilesOfThePathItIsGiven_data();
     void DeleteRemovesTheFilesOfThePathItIsGiven();
     void DeleteOfAWaitingTaskTakesItOutOfItsQueue_data();
     void DeleteOfAWaitingTaskTakesItOutOfItsQueue();
@@ -247,16 +248,28 @@ void ControlTest::DeleteStopsTheTaskAndRemovesItsFiles()
                                                "2 RecordDownloadModule::RemoveFileJpg remove file[~/1.jpg]"}));
 }
 
+void ControlTest::DeleteRemovesTheFilesOfThePathItIsGiven_data()
+{
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<QStringList>("told");
+    // For example one that failed: the host is told all the same.
+    QTest::newRow("a row that is in no queue any more")
+        << QStringLiteral("unknown") << Texts({"StopDeviceRecordDownload unknown"});
+    QTest::newRow("a running task, whose own path is another")
+        << QStringLiteral("1") << Texts({"StopDeviceRecordDownload 1"});
+}
+
 void ControlTest::DeleteRemovesTheFilesOfThePathItIsGiven()
 {
+    QFETCH(QString, id);
+    QFETCH(QStringList, told);
     EngineRig rig;
     SendTasks(rig, Source::Device, {"1"});
     for (const char* pszName : {"1.mp4", "other.mp4", "other.jpg"})
         rig.World().WriteFile(pszName);
     rig.Calls().Clear();
-    // A row that is in no queue any more, for example one that failed: the host is told all the same.
-    rig.Engine().DeleteRecordDownload(1, QStringLiteral("unknown"), rig.World().Path("other.mp4"));
-    QCOMPARE(Told(rig), Texts({"StopDeviceRecordDownload unknown"}));
+    rig.Engine().DeleteRecordDownload(1, id, rig.World().Path("other.mp4"));
+    QCOMPARE(Told(rig), told);
     QCOMPARE(FilesLeft(rig, {"1.mp4", "other.mp4", "other.jpg"}), Texts({"1.mp4"}));
 }
 

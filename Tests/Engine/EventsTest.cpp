@@ -243,6 +243,7 @@ void EventsTest::QueryIsAnsweredByListAndType_data()
     row("without a type nothing is found", R"({"strRecordId": "i"})", "false", "i");
     row("a type in text counts as none", R"({"strRecordId": "i", "iType": "2"})", "false", "i");
     row("without an id the answer has an empty one", R"({"iType": 2})", "false", "");
+    row("a type between two counts as none", R"({"strRecordId": "i", "iType": 2.5})", "false", "i");
     row("an id that is a number counts as none", R"({"strRecordId": 7, "iType": 2})", "false", "");
     row("an empty object is answered too", "{}", "false", "");
     row("an id of other letters comes back as it was", R"({"strRecordId": "ä€", "iType": 3})", "false", "ä€");

@@ -18,6 +18,8 @@ private slots:
     void AHostWithoutDatabaseStillGetsTheReport();
     void AHostWithoutCloudStillGetsTheRegistration();
     void OnlyAFinishedTaskIsRegistered();
+    void APlaceIsFreeBeforeOrAfterTheStopOfAFinishedTask_data();
+    void APlaceIsFreeBeforeOrAfterTheStopOfAFinishedTask();
     void AFinishedTaskGivesItsPathBack();
     void ACallbackWithoutUserPostsNothing_data();
     void ACallbackWithoutUserPostsNothing();
@@ -127,6 +129,38 @@ void FinishTest::OnlyAFinishedTaskIsRegistered()
     rig.Engine().PauseRecordDownloads(Rows(rig, {"4", "5"}));
     rig.RaiseState(Source::IOTLan, "4", 2); // paused before the state arrived
     QCOMPARE(rig.Calls().Lines({"Insert", "Report"}), Texts({}));
+}
+
+void FinishTest::APlaceIsFreeBeforeOrAfterTheStopOfAFinishedTask_data()
+{
+    QTest::addColumn<Source>("source");
+    QTest::addColumn<QStringList>("told");
+    QTest::newRow("device: before") << Source::Device
+                                    << Texts({"StopDeviceRecordDownload 1", "SignalAddDownloadInfo 3",
+                                              "StartDeviceRecordDownload 3", "stopped"});
+    QTest::newRow("IOT LAN: after") << Source::IOTLan
+                                    << Texts({"StopIOTLanRecordDownload 1", "SignalAddDownloadInfo 3", "stopped",
+                                              "StartIOTLanRecordDownload 3"});
+    QTest::newRow("LAN module: after") << Source::LanModule
+                                       << Texts({"StopLanModuleRecordDownload 1", "SignalAddDownloadInfo 3", "stopped",
+                                                 "StartLanModuleRecordDownload 3"});
+}
+
+void FinishTest::APlaceIsFreeBeforeOrAfterTheStopOfAFinishedTask()
+{
+    QFETCH(Source, source);
+    QFETCH(QStringList, told);
+    EngineRig rig;
+    SendTasks(rig, source, {"1"});
+    if (source == Source::Device)
+        SendTasks(rig, source, {"2"}); // the second place
+    rig.Calls().WhenAdded("Stop", [&rig, source = source] {
+        SendTasks(rig, source, {"3"});
+        rig.Calls().Add(QStringLiteral("stopped"));
+    });
+    rig.Calls().Clear();
+    rig.RaiseState(source, "1", 2);
+    QCOMPARE(rig.Calls().Short({"Start", "Stop", "SignalAdd", "stopped"}), told);
 }
 
 // Its row may stay for a while, and its file be moved away: the name is free again.

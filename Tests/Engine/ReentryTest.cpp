@@ -23,6 +23,8 @@ private slots:
     void ARecordRepeatedWhileItsRowIsAnnouncedStartsOnce();
     void ATaskPutInPlaceOfOneThatEndsIsLeftAlone_data();
     void ATaskPutInPlaceOfOneThatEndsIsLeftAlone();
+    void ATaskThatWaitsInPlaceOfOneThatEndsIsLeftAlone_data();
+    void ATaskThatWaitsInPlaceOfOneThatEndsIsLeftAlone();
     void ARefusedTaskDroppedWhileItIsQueuedAgainStaysAway_data();
     void ARefusedTaskDroppedWhileItIsQueuedAgainStaysAway();
     void AHeldTaskPausedAndResumedWhenItIsAnnouncedIsNotLost_data();
@@ -297,6 +299,38 @@ void ReentryTest::ATaskPutInPlaceOfOneThatEndsIsLeftAlone()
     QCOMPARE(rig.Calls().Lines({"Insert", "Report"}), Texts({}));
     rig.RaiseState(source, "1", 1); // it runs on
     QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates 1 1 false"), 1);
+}
+
+void ReentryTest::ATaskThatWaitsInPlaceOfOneThatEndsIsLeftAlone_data()
+{
+    QTest::addColumn<Source>("source");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("code");
+    for (const int iCode : {0, 2, 3, 77}) {
+        QTest::addRow("IOT LAN, code %d", iCode) << Source::IOTLan << QStringLiteral("IOTLan") << iCode;
+        QTest::addRow("LAN module, code %d", iCode) << Source::LanModule << QStringLiteral("LanModule") << iCode;
+    }
+}
+
+void ReentryTest::ATaskThatWaitsInPlaceOfOneThatEndsIsLeftAlone()
+{
+    QFETCH(Source, source);
+    QFETCH(QString, name);
+    QFETCH(int, code);
+    EngineRig rig;
+    SendTasks(rig, source, {"1", "2"});
+    rig.Calls().Clear();
+    Once(rig, "notify EventNotifyDownloadRecordStates", [&rig, source = source] {
+        const QString strPath = rig.Task("1")->strDownloadPath;
+        rig.Engine().DeleteRecordDownload(static_cast<int>(source), QStringLiteral("1"), strPath);
+        SendTasks(rig, source, {"1"}); // "2" has the place by now
+    });
+    rig.RaiseState(source, "1", code);
+    QCOMPARE(rig.Calls().Short({"Start", "Stop"}), QStringList({Stop(name, "1"), Start(name, "2")}));
+    QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates"), 0); // the new row has nothing to hear of it
+    rig.Calls().Clear();
+    rig.RaiseState(source, "2", 2);
+    QCOMPARE(rig.Calls().Short("Start"), QStringList(Start(name, "1")));
 }
 
 // Of two running tasks of one device "1" is refused; "3" of another device waits.

@@ -24,6 +24,7 @@ private slots:
     void StartsNothingWhileItLeavesTheHost();
     void AListThatArrivesMeanwhileKeepsWaiting_data();
     void AListThatArrivesMeanwhileKeepsWaiting();
+    void AnArmedGuardMeasuresNoMore();
     void StatesOnTheirWayAreDropped();
     void TasksQueuedAfterwardsAreStillDeletable();
     void MayBeCalledTwice();
@@ -202,6 +203,17 @@ void ShutdownTest::AListThatArrivesMeanwhileKeepsWaiting()
     rig.Engine().Shutdown();
     rig.Settle();
     QCOMPARE(rig.Calls().Lines({"Signal", "Start"}), Texts({"SignalAddDownloadInfo 1", "SignalAddDownloadInfo 2"}));
+}
+
+void ShutdownTest::AnArmedGuardMeasuresNoMore()
+{
+    EngineRig rig;
+    ScriptedDisk::SetFreeBytes(0);
+    rig.Send("EventNotifyDeleteDownloadRecord", {rig.World().Folder()});
+    rig.Engine().Shutdown();
+    SendTasks(rig, Source::Device, {"1"});
+    QCOMPARE(ScriptedDisk::Asked(), QList<QByteArray>());
+    QCOMPARE(rig.World().Log().Lines(), Texts({}));
 }
 
 void ShutdownTest::StatesOnTheirWayAreDropped()
