@@ -29,6 +29,8 @@ private slots:
     void QueryIsAnsweredByListAndType();
     void QueryFindsAWaitingLanTask_data();
     void QueryFindsAWaitingLanTask();
+    void QueryFindsATaskWhileTheHostStartsIt_data();
+    void QueryFindsATaskWhileTheHostStartsIt();
     void QueryOfAFinishedTaskIsAnsweredFalse();
     void QueryWithAnotherCountOfElementsIsIgnored_data();
     void QueryWithAnotherCountOfElementsIsIgnored();
@@ -286,6 +288,25 @@ void EventsTest::QueryFindsAWaitingLanTask()
              {QStringLiteral("{\"strRecordId\": \"waiting\", \"iType\": %1}").arg(type)});
     QCOMPARE(rig.World().Bus().Texts("EventNotifyRecordDownloading"),
              Texts({"{\n    \"bDownloadList\": true,\n    \"strRecordId\": \"waiting\"\n}\n"}));
+}
+
+void EventsTest::QueryFindsATaskWhileTheHostStartsIt_data()
+{
+    QueryFindsAWaitingLanTask_data();
+}
+
+// Announced, it is in no queue yet; it waits until the host took it.
+void EventsTest::QueryFindsATaskWhileTheHostStartsIt()
+{
+    QFETCH(int, type);
+    EngineRig rig;
+    const QString strQuery = QStringLiteral("{\"strRecordId\": \"7\", \"iType\": %1}").arg(type);
+    for (const char* pszCall : {"SignalAddDownloadInfo", "Start"})
+        rig.Calls().WhenAdded(pszCall, [&] { rig.Send("EventNotifyGetRecordDownloading", {strQuery}); });
+    rig.SendTyped(type, "7");
+    QCOMPARE(rig.World().Bus().Texts("EventNotifyRecordDownloading"),
+             Texts({"{\n    \"bDownloadList\": false,\n    \"strRecordId\": \"7\"\n}\n",
+                    "{\n    \"bDownloadList\": true,\n    \"strRecordId\": \"7\"\n}\n"}));
 }
 
 void EventsTest::QueryOfAFinishedTaskIsAnsweredFalse()

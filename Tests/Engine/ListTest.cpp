@@ -315,7 +315,7 @@ void ListTest::ExistingNamesAreSeenInAListThatReadsTheFolder()
 {
     EngineRig rig;
     for (const char* pszName : {"same.mp4", "CASE.MP4", "Mixed.mp4", "SHORT~1.MP4", "a~b.mp4", "Übung.mp4", "dot.mp4.",
-                                "blank.mp4 ", "x.mp4", "x(1).mp4"})
+                                "blank.mp4 ", "x.mp4", "x(1).mp4", ".hidden.mp4", "folder.mp4/inside"})
         rig.World().WriteFile(pszName);
     std::vector<DownloadLanModuleRecordInfo> records;
     const auto add = [&](const QByteArray& id, const char* pszName) {
@@ -326,16 +326,18 @@ void ListTest::ExistingNamesAreSeenInAListThatReadsTheFolder()
         const QByteArray id = QByteArrayLiteral("free").append(QByteArray::number(i));
         add(id, QByteArray(id).append(".mp4").constData());
     }
-    const char* names[] = {"same.mp4",  "CASE.MP4", "Mixed.mp4",  "SHORT~1.MP4", "a~b.mp4",
-                           "Übung.mp4", "dot.mp4.", "blank.mp4 ", "x.mp4",       "x.mp4"};
-    for (int i = 0; i < 10; ++i)
+    const char* names[] = {"same.mp4",    "CASE.MP4",   "Mixed.mp4",         "SHORT~1.MP4",     "a~b.mp4",
+                           "Übung.mp4",   "dot.mp4.",   "blank.mp4 ",        "x.mp4",           "x.mp4",
+                           ".hidden.mp4", "folder.mp4", "folder.mp4/inside", "folder.mp4/x.mp4"};
+    for (int i = 0; i < 14; ++i)
         add(QByteArray::number(i), names[i]);
     rig.SendList(3, records);
     QCOMPARE(Paths(rig, {"free0", "free31", "free32", "free89"}),
              Texts({"~/free0.mp4", "~/free31.mp4", "~/free32.mp4", "~/free89.mp4"}));
-    QCOMPARE(Paths(rig, {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"}),
+    QCOMPARE(Paths(rig, {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9", "10", "11", "12", "13"}),
              Texts({"~/same(1).mp4", "~/CASE(1).MP4", "~/Mixed(1).mp4", "~/SHORT~1(1).MP4", "~/a~b(1).mp4",
-                    "~/Übung(1).mp4", "~/dot.mp4(1).", "~/blank(1).mp4 ", "~/x(2).mp4", "~/x(3).mp4"}));
+                    "~/Übung(1).mp4", "~/dot.mp4(1).", "~/blank(1).mp4 ", "~/x(2).mp4", "~/x(3).mp4",
+                    "~/.hidden(1).mp4", "~/folder(1).mp4", "~/folder.mp4/inside(1)", "~/folder.mp4/x.mp4"}));
 }
 
 void ListTest::CorruptRecordEndsTheList_data()

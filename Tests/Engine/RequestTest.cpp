@@ -21,6 +21,8 @@ private slots:
     void TheCloudIdIsTheTextInBaseTen();
     void TimesAreUnixSeconds_data();
     void TimesAreUnixSeconds();
+    void TimesAreOfTheLocalZone();
+    void TheStoppedCloudIdIsTheTextInBaseTen();
     void TextsAreUtf8();
 };
 
@@ -213,6 +215,9 @@ void RequestTest::TimesAreUnixSeconds_data()
         << QStringLiteral(" begin=4294967295 end=4294967295 ");
     QTest::newRow("the last seconds that fit") << QStringLiteral("21060207T062813") << QStringLiteral("21060207T062814")
                                                << QStringLiteral(" begin=4294967293 end=4294967294 ");
+    QTest::newRow("long before 1970 and long after 2106")
+        << QStringLiteral("19691231T235900") << QStringLiteral("22000101T000000")
+        << QStringLiteral(" begin=4294967295 end=4294967295 ");
     QTest::newRow("before 1970 and after 2106")
         << QStringLiteral("19691231T235959") << QStringLiteral("21060301T000000")
         << QStringLiteral(" begin=4294967295 end=4294967295 ");
@@ -230,6 +235,30 @@ void RequestTest::TimesAreUnixSeconds()
     record.strEndTime = end;
     rig.SendOne(record);
     QVERIFY2(rig.Calls().Lines("Start").value(0).contains(sent), "other times were sent");
+}
+
+void RequestTest::TimesAreOfTheLocalZone()
+{
+#ifdef Q_OS_WIN
+    QSKIP("The zone is the machine's there.", "");
+#else
+    EngineRig rig;
+    qputenv("TZ", "AAA-3"); // three hours east; the rig's end takes it back
+    SendTasks(rig, Source::LanModule, {"1"});
+    rig.RaiseState(Source::LanModule, "1", 2);
+    const QString strTimes = QStringLiteral(" begin=1577923445 end=1577923506 ");
+    for (const char* pszCall : {"StartLanModuleRecordDownload 1 ", "Insert ", "ReportRecordDownloaded 1 "})
+        QVERIFY2(rig.Calls().Lines(pszCall).value(0).contains(strTimes), pszCall);
+#endif
+}
+
+void RequestTest::TheStoppedCloudIdIsTheTextInBaseTen()
+{
+    EngineRig rig(NoPictures);
+    for (const char* pszId : {"010", "0x10", "9223372036854775807"})
+        rig.Engine().DeleteRecordDownload(0, QString::fromUtf8(pszId), QString());
+    QCOMPARE(rig.Calls().Lines("Stop"), Texts({"StopCloudRecordDownload 10", "StopCloudRecordDownload 0",
+                                               "StopCloudRecordDownload 9223372036854775807"}));
 }
 
 void RequestTest::TextsAreUtf8()
