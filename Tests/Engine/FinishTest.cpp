@@ -14,6 +14,7 @@ private slots:
     void AFinishedFileIsRegisteredAndReported_data();
     void AFinishedFileIsRegisteredAndReported();
     void TheTimeOfRegistrationIsNow();
+    void ThePathGoesOutAsItCameIn();
     void ARegistrationThatFailsChangesNothing();
     void AHostWithoutDatabaseStillGetsTheReport();
     void AHostWithoutCloudStillGetsTheRegistration();
@@ -29,6 +30,8 @@ private slots:
     void ACallbackOnTheEnginesThreadOnlyPosts();
     void ReceivedDataReachThePanelUnchanged_data();
     void ReceivedDataReachThePanelUnchanged();
+    void AStateFindsALongId_data();
+    void AStateFindsALongId();
     void StatesAndDataKeepTheirOrder();
     void CallbacksOfManyThreadsAllArrive();
 };
@@ -86,6 +89,17 @@ void FinishTest::TheTimeOfRegistrationIsNow()
     QCOMPARE(int(rig.World().Database().Rows().size()), 1);
     const qint64 lRegistered = rig.World().Database().Rows().front().lRegisterTime;
     QVERIFY(lBefore <= lRegistered && lRegistered <= lAfter);
+}
+
+// Whoever sent the record looks its file up by the text of its path.
+void FinishTest::ThePathGoesOutAsItCameIn()
+{
+    EngineRig rig;
+    rig.SendTyped(3, "1", [&](auto& record) { record.strDownloadPath = rig.World().Path("d/./e//x.mp4"); });
+    rig.RaiseState(Source::LanModule, "1", 2);
+    QVERIFY(rig.Calls().Lines("Start").value(0).contains(QLatin1String(" path=~/d/./e//x.mp4 ")));
+    QVERIFY(StateEvents(rig).value(0).contains(QLatin1String("\"strDownloadPath\": \"~/d/./e//x.mp4\"")));
+    QCOMPARE(rig.Calls().Short("Insert"), Texts({"Insert ~/d/./e//x.mp4"}));
 }
 
 void FinishTest::ARegistrationThatFailsChangesNothing()
@@ -270,6 +284,30 @@ void FinishTest::ReceivedDataReachThePanelUnchanged()
     rig.Calls().Clear();
     rig.RaiseData(source, id.constData(), length);
     QCOMPARE(Told(rig), told);
+}
+
+void FinishTest::AStateFindsALongId_data()
+{
+    QTest::addColumn<Source>("source");
+    QTest::addColumn<QByteArray>("id");
+    QTest::newRow("cloud, the largest number") << Source::Cloud << QByteArray("9223372036854775807");
+    QTest::newRow("cloud, the smallest number") << Source::Cloud << QByteArray("-9223372036854775808");
+    QTest::newRow("device, words") << Source::Device << QByteArray("recorder-7:channel-12:20200102T030405");
+    QTest::newRow("IOT LAN, another script") << Source::IOTLan << QByteArray("录像机-第十二通道-第一段录像");
+    QTest::newRow("LAN module, 200 letters") << Source::LanModule << QByteArray(200, 'r');
+}
+
+void FinishTest::AStateFindsALongId()
+{
+    QFETCH(Source, source);
+    QFETCH(QByteArray, id);
+    EngineRig rig(NoPictures);
+    rig.SendTyped(static_cast<int>(source), id.constData(),
+                  [&](auto& record) { record.strDownloadPath = rig.World().Path("x.mp4"); });
+    rig.RaiseState(source, id.constData(), 2);
+    QCOMPARE(rig.Calls().Lines("SignalDownloadRecordStates"),
+             QStringList{QStringLiteral("SignalDownloadRecordStates %1 2 false").arg(QString::fromUtf8(id))});
+    QCOMPARE(rig.Calls().Count("Insert ~/x.mp4 "), 1);
 }
 
 void FinishTest::StatesAndDataKeepTheirOrder()

@@ -18,6 +18,8 @@ private slots:
     void ARowIsAnnouncedBeforeItsTransferStarts();
     void ATaskThatCannotStartIsDroppedSilently_data();
     void ATaskThatCannotStartIsDroppedSilently();
+    void EveryResultButZeroIsARefusal_data();
+    void EveryResultButZeroIsARefusal();
     void AHostWithoutTransfersStartsNothing();
     void ATaskWhoseFolderCannotBeMadeIsDropped_data();
     void ATaskWhoseFolderCannotBeMadeIsDropped();
@@ -200,6 +202,30 @@ void SchedulerTest::ATaskThatCannotStartIsDroppedSilently()
     rig.Calls().Clear();
     rig.RaiseState(source, "1", 2); // nobody's transfer
     QCOMPARE(Told(rig), Texts({}));
+}
+
+void SchedulerTest::EveryResultButZeroIsARefusal_data()
+{
+    QTest::addColumn<Source>("source");
+    QTest::newRow("cloud") << Source::Cloud;
+    QTest::newRow("device") << Source::Device;
+    QTest::newRow("IOT LAN") << Source::IOTLan;
+    QTest::newRow("LAN module") << Source::LanModule;
+}
+
+void SchedulerTest::EveryResultButZeroIsARefusal()
+{
+    QFETCH(Source, source);
+    for (const int iResult : {-2147483647, -1, 1, 2147483647}) {
+        EngineRig rig([iResult](FakeWorld& world) {
+            NoPictures(world);
+            world.Downloads().SetStartResult(iResult);
+        });
+        SendTasks(rig, source, {"1"});
+        QCOMPARE(rig.Calls().Count("Start"), 1);
+        rig.RaiseState(source, "1", 1);
+        QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates"), 0); // it does not run
+    }
 }
 
 void SchedulerTest::AHostWithoutTransfersStartsNothing()
