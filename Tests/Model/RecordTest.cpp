@@ -85,8 +85,7 @@ void RecordTest::FreshLanModuleRecordHasItsDefaults()
 void RecordTest::CopyOfACloudRecordHasEveryField()
 {
     const DownloadCloudRecordInfo original = FilledRecords::Cloud();
-    const DownloadCloudRecordInfo copy(original);
-    FilledRecords::CompareCloud(copy, 99);
+    FilledRecords::CompareCloud(DownloadCloudRecordInfo(original), 99);
 }
 
 void RecordTest::CopyOfADeviceRecordHasEveryField()
@@ -108,8 +107,7 @@ void RecordTest::CopyOfADeviceRecordHasEveryField()
 void RecordTest::CopyOfALanModuleRecordHasEveryField()
 {
     const DownloadLanModuleRecordInfo original = FilledRecords::Lan(3);
-    const DownloadLanModuleRecordInfo copy(original);
-    FilledRecords::CompareLan(copy, 3, 99);
+    FilledRecords::CompareLan(DownloadLanModuleRecordInfo(original), 3, 99);
 }
 
 void RecordTest::CopyDoesNotFollowItsOriginal()
