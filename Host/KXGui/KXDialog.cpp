@@ -7,9 +7,14 @@
 
 namespace KXGui {
 
+struct KXDialog::Frame
+{
+    KXHost::FramePicture picture;
+};
+
 KXDialog::KXDialog(QWidget* pParent, int iStyle)
     : QDialog(pParent)
-    , m_pFrame(new KXHost::FramePicture)
+    , m_pFrame(new Frame)
     , m_bFrameless(iStyle == 1)
     , m_bMovable(m_bFrameless)
 {
@@ -33,7 +38,7 @@ void KXDialog::paintEvent(QPaintEvent* pEvent)
         return;
     // Qt leaves the background of a translucent window to the window.
     QPainter painter(this);
-    m_pFrame->Paint(painter, *this);
+    m_pFrame->picture.Paint(painter, *this);
 }
 
 void KXDialog::mousePressEvent(QMouseEvent* pEvent)

@@ -4,13 +4,8 @@
 
 #include <QtCore/QPoint>
 #include <QtCore/QRect>
+#include <QtCore/QScopedPointer>
 #include <QtWidgets/QDialog>
-
-#include <memory>
-
-namespace KXHost {
-class FramePicture;
-}
 
 namespace KXGui {
 
@@ -36,7 +31,9 @@ protected:
     void mouseReleaseEvent(QMouseEvent* pEvent) override;
 
 private:
-    std::unique_ptr<KXHost::FramePicture> m_pFrame;
+    struct Frame;
+
+    QScopedPointer<Frame> m_pFrame;
     bool m_bFrameless;
     bool m_bMovable;
     bool m_bDragging = false;

@@ -19,8 +19,8 @@ public:
     virtual void Start() = 0;
     // Answers a query of the host by name; an empty text when the plug-in does not know the query.
     virtual QString Query(QString strName) = 0;
-    // Ends all work; the content stays. The host calls it only after an Init that succeeded (of
-    // a widget plug-in: one that gave a widget) and before Destory.
+    // Ends all work; the content stays. The host calls it only before Destory and after an Init that succeeded: of a
+    // widget plug-in, one that gave a widget.
     virtual void Stop() = 0;
     // Frees the content made by Init. The name is part of the interface.
     virtual void Destory() = 0;
