@@ -99,9 +99,13 @@ void PictrueDecrypt::WaitForWork()
 
 void PictrueDecrypt::Decrypt(const PictureDecryptJob& job)
 {
-    QByteArray bytes;
-    if (!m_pCloudLogic || !ReadPictureFile(job.strLocalPath, bytes))
+    if (!m_pCloudLogic)
         return;
+    QByteArray bytes;
+    if (!ReadPictureFile(job.strLocalPath, bytes)) {
+        TellUnreadable(job);
+        return;
+    }
     std::string strClear;
     const int iResult =
         m_pCloudLogic->DecryptPicture(bytes.toBase64().toStdString(), job.strPictureKey.toStdString(),
@@ -116,6 +120,14 @@ void PictrueDecrypt::Decrypt(const PictureDecryptJob& job)
     if (strPath != job.strDownloadPath || !QFile::exists(strPath))
         LoadPicture(QByteArray::fromBase64(text)).save(strPath);
     Finish(job, 0, strPath);
+}
+
+// Posted like the signal, so that the owner hears of the jobs in their order.
+void PictrueDecrypt::TellUnreadable(const PictureDecryptJob& job)
+{
+    if (parent())
+        QMetaObject::invokeMethod(parent(), "OnPictureUnreadable", Qt::QueuedConnection, Q_ARG(QString, job.strUrl),
+                                  Q_ARG(QString, job.strDownloadPath));
 }
 
 void PictrueDecrypt::Finish(const PictureDecryptJob& job, int iResult, const QString& strPath)

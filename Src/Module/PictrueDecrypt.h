@@ -32,7 +32,9 @@ class PictrueDecrypt : public QThread
     Q_OBJECT
 
 public:
-    // `pCloudLogic` decrypts; it must outlive the thread and may be null, then no job is taken.
+    // `pCloudLogic` decrypts; it must outlive the thread and may be null, then no job is taken. `pParent` may be null;
+    // of a job whose file cannot be read it is told by its slot OnPictureUnreadable(QString strUrl, QString
+    // strDownloadPath), queued, in place of the signal.
     PictrueDecrypt(KXLogic::ICloudLogic* pCloudLogic, QObject* pParent);
     ~PictrueDecrypt() override;
 
@@ -56,6 +58,7 @@ private:
     void WaitForWork();
     void Wake();
     void Decrypt(const PictureDecryptJob& job);
+    void TellUnreadable(const PictureDecryptJob& job);
     void Finish(const PictureDecryptJob& job, int iResult, const QString& strPath);
 
     KXLogic::ICloudLogic* m_pCloudLogic;

@@ -15,6 +15,25 @@
 
 using namespace CoverPictures;
 
+// Owns the thread, as the engine does; what it is told stands in the list.
+class Owner : public QObject
+{
+    Q_OBJECT
+
+public:
+    QStringList m_told;
+
+public slots:
+    void OnPictureUnreadable(QString strUrl, QString strDownloadPath)
+    {
+        m_told.append(QStringLiteral("unreadable %1 %2").arg(strUrl, strDownloadPath));
+    }
+    void OnPictureDecrptFinished(int iResult, QString strUrl, QString)
+    {
+        m_told.append(QStringLiteral("finished %1 %2").arg(QString::number(iResult), strUrl));
+    }
+};
+
 class DecryptTest : public QObject
 {
     Q_OBJECT
@@ -31,6 +50,7 @@ private slots:
     void AFailureIsPassedOnAndSavesNothing();
     void AnUnreadableFileIsSkipped_data();
     void AnUnreadableFileIsSkipped();
+    void TheOwnerHearsOfUnreadableFilesInTheOrderOfTheJobs();
     void AClearPictureThatIsNoneIsNotSaved_data();
     void AClearPictureThatIsNoneIsNotSaved();
     void JobsQueuedTogetherRunBackToBackInOrder();
@@ -253,6 +273,24 @@ void DecryptTest::AnUnreadableFileIsSkipped()
     rig.Enqueue("next");
     QTRY_COMPARE(rig.Finished(), Texts({"Finished 1 next "}));
     QCOMPARE(rig.World().Calls().Count("DecryptPicture"), 1);
+}
+
+void DecryptTest::TheOwnerHearsOfUnreadableFilesInTheOrderOfTheJobs()
+{
+    FakeWorld world;
+    Owner owner;
+    auto* pDecrypt = new PictrueDecrypt(&world.Cloud(), &owner);
+    connect(pDecrypt, &PictrueDecrypt::SignalDecrptPictrueFinished, &owner, &Owner::OnPictureDecrptFinished);
+    const QString strServed = world.WriteFile("served.enc", "encrypted");
+    for (const char* pszUrl : {"one", "two", "three", "four"}) {
+        const bool bThere = QByteArray(pszUrl) == "two" || QByteArray(pszUrl) == "four";
+        pDecrypt->Enqueue({QString::fromUtf8(pszUrl), bThere ? strServed : world.Path("missing.enc"), QString(),
+                           QString(), QString(), QStringLiteral("/videos/%1.mp4").arg(QString::fromUtf8(pszUrl))});
+    }
+    pDecrypt->Start();
+    QTRY_COMPARE(owner.m_told.size(), 4);
+    QCOMPARE(owner.m_told, Texts({"unreadable one /videos/one.mp4", "finished 1 two",
+                                  "unreadable three /videos/three.mp4", "finished 1 four"}));
 }
 
 void DecryptTest::AClearPictureThatIsNoneIsNotSaved_data()
