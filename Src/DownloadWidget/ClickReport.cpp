@@ -7,12 +7,16 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QObject>
 
-void SendClickReport(const QObject* pOwner, const QString& strButton, QEvent::Type type, Qt::MouseButtons buttons)
+QString ElementPath(const QObject* pOwner)
 {
-    QString strElement = strButton;
+    QString strPath;
     for (const QObject* pObject = pOwner; pObject; pObject = pObject->parent())
-        strElement += QLatin1Char('.') + pObject->objectName();
+        strPath += QLatin1Char('.') + pObject->objectName();
+    return strPath;
+}
 
+void SendClickReport(const QString& strElement, QEvent::Type type, Qt::MouseButtons buttons)
+{
     ktl::Json::Value report; // the order of the keys is part of the report
     report["time"] = std::int64_t{QDateTime::currentMSecsSinceEpoch()};
     report["event"] = "$AppClick";

@@ -3,6 +3,12 @@
 #include <QtCore/QEvent>
 #include <QtCore/QString>
 
-// Reports a click on one of an object's buttons to the client's usage log. `strButton` is the button's name; the names
-// of `pOwner` and its ancestors are appended to it. Thread: the GUI thread.
-void SendClickReport(const QObject* pOwner, const QString& strButton, QEvent::Type type, Qt::MouseButtons buttons);
+class QObject;
+
+// What stands behind a button's name in a report: the name of its owner and of each of the owner's ancestors, after a
+// dot each.
+QString ElementPath(const QObject* pOwner);
+
+// Reports a click to the client's usage log. `strElement` is the button's name and its path; `type` and `buttons` are
+// those of the event that clicked. Thread: the GUI thread.
+void SendClickReport(const QString& strElement, QEvent::Type type, Qt::MouseButtons buttons);

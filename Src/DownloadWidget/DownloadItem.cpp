@@ -7,6 +7,7 @@
 #include "KXGui/KXColor.h"
 #include "KXGui/KXSvgPixmap.h"
 
+#include <QtCore/QPointer>
 #include <QtGui/QCursor>
 #include <QtGui/QPainter>
 #include <QtWidgets/QGraphicsPixmapItem>
@@ -166,29 +167,38 @@ void DownloadItem::mousePressEvent(QGraphicsSceneMouseEvent* pEvent)
         QGraphicsItem::mousePressEvent(pEvent);
         return;
     }
-    if (Hits(m_pDeleteButton, pEvent->scenePos())) {
-        SendClickReport(this, QStringLiteral("btnDelete"), pEvent->type(), pEvent->buttons());
-        emit SgnDeleteRecord(m_pRecord->strRecordId); // the panel may have deleted this row when it returns
-    } else if (Hits(m_pStateButton, pEvent->scenePos())) {
-        PressStateButton(*pEvent);
-    }
+    if (Hits(m_pDeleteButton, pEvent->scenePos()))
+        PressDeleteButton(pEvent->type(), pEvent->buttons());
+    else if (Hits(m_pStateButton, pEvent->scenePos()))
+        PressStateButton(pEvent->type(), pEvent->buttons());
 }
 
-void DownloadItem::PressStateButton(const QGraphicsSceneMouseEvent& event)
+void DownloadItem::PressDeleteButton(QEvent::Type type, Qt::MouseButtons buttons)
 {
+    SendClickReport(QStringLiteral("btnDelete") + ElementPath(this), type, buttons);
+    emit SgnDeleteRecord(m_pRecord->strRecordId); // the panel may have deleted this row when it returns
+}
+
+void DownloadItem::PressStateButton(QEvent::Type type, Qt::MouseButtons buttons)
+{
+    const QPointer<DownloadItem> pAlive(this); // inside a signal the download may end, and the row with it
+    const QString strPath = ElementPath(this);
     if (m_iState == RowLook::Failed) {
-        SendClickReport(this, QStringLiteral("btnRetry"), event.type(), event.buttons());
+        SendClickReport(QStringLiteral("btnRetry") + strPath, type, buttons);
         emit SgnChangeDownloadState(true);
-        if (m_iState == RowLook::Paused)
+        if (!pAlive || m_iState == RowLook::Paused)
             return; // inside its start all downloads were stopped
         m_bRunning = true;
         m_pStateButton->setPixmap(NormalIcon(m_mapButtonPixmap.value(RowLook::IconPause)));
         return;
     }
-    m_bRunning = !m_bRunning;
-    emit SgnChangeDownloadState(m_bRunning);
-    SendClickReport(this, m_bRunning ? QStringLiteral("btnRestart") : QStringLiteral("btnPause"), event.type(),
-                    event.buttons());
-    const int iIcon = m_bRunning ? RowLook::IconPause : RowLook::IconResume;
-    m_pStateButton->setPixmap(NormalIcon(m_mapButtonPixmap.value(iIcon)));
+    bool bRunning = !m_bRunning;
+    m_bRunning = bRunning;
+    emit SgnChangeDownloadState(bRunning);
+    if (pAlive)
+        bRunning = m_bRunning;
+    SendClickReport((bRunning ? QStringLiteral("btnRestart") : QStringLiteral("btnPause")) + strPath, type, buttons);
+    if (pAlive)
+        m_pStateButton->setPixmap(
+            NormalIcon(m_mapButtonPixmap.value(bRunning ? RowLook::IconPause : RowLook::IconResume)));
 }

@@ -2,6 +2,7 @@
 
 #include "Model/DownloadRecordInfo.h"
 
+#include <QtCore/QEvent>
 #include <QtCore/QMap>
 #include <QtCore/QObject>
 #include <QtCore/QSize>
@@ -31,6 +32,11 @@ public:
     // A display state of RowLook. Paused and failed rows start over: their received size becomes 0.
     void SetState(int iState);
 
+    // What a press of that button does. The click is reported with the event that pressed it. Afterwards the row may be
+    // gone.
+    void PressDeleteButton(QEvent::Type type, Qt::MouseButtons buttons);
+    void PressStateButton(QEvent::Type type, Qt::MouseButtons buttons);
+
     // Moves both buttons below the texts, for a taller row.
     virtual void PlaceButtonsBelow();
 
@@ -48,7 +54,6 @@ protected:
 private:
     void PaintTexts(QPainter& painter) const;
     void PaintProgress(QPainter& painter) const;
-    void PressStateButton(const QGraphicsSceneMouseEvent& event);
 
     QSize m_size;
     DownloadRecordInfoPtr m_pRecord;

@@ -12,6 +12,7 @@
 
 #include <QtCore/QDebug>
 #include <QtCore/QFile>
+#include <QtCore/QPointer>
 #include <QtCore/QTimerEvent>
 #include <QtCore/QtMath>
 #include <QtGui/QScreen>
@@ -234,7 +235,7 @@ void DownloadWidget::RestartRow(DownloadItem& row)
 // A row is told before the engine is: inside a start the host may report a full disk, which pauses it again.
 void DownloadWidget::OnChangeDownloadState(bool bStart)
 {
-    auto* pRow = qobject_cast<DownloadItem*>(sender());
+    const QPointer<DownloadItem> pRow = qobject_cast<DownloadItem*>(sender());
     if (!pRow)
         return;
     const DownloadRecordInfoPtr pRecord = pRow->Record();
@@ -244,7 +245,8 @@ void DownloadWidget::OnChangeDownloadState(bool bStart)
         StartRecordDownloads({pRecord});
     } else {
         PauseRecordDownloads({pRecord});
-        PauseRow(*pRow);
+        if (pRow) // a host may let events run while it stops a transfer
+            PauseRow(*pRow);
     }
     SetAllStartText(!m_listPausedRecordIds.isEmpty());
 }
