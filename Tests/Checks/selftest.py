@@ -80,6 +80,22 @@ class Sleeps(CheckCase):
         self.write("Tests/EndToEnd/run.py", "import time\ntime.sleep(1)\n")
         self.assert_found("Tests/EndToEnd/run.py:2", "Tests/EndToEnd/run.sh:2", "Tests/EndToEnd/run.sh:3")
 
+    def test_every_stopwatch_is_found(self):
+        calls = ["QElapsedTimer timer;", "const auto from = std::chrono::steady_clock::now();",
+                 "QVERIFY(std::chrono::system_clock::now() < end);", "clock_gettime(CLOCK_MONOTONIC, &now);",
+                 "QVERIFY(GetTickCount() - before < 5000);", "QVERIFY(start.msecsTo(end) < 400);",
+                 "QVERIFY(start.secsTo(end) < 4);"]
+        self.write("Tests/Engine/TstC.cpp", "\n".join(calls))
+        self.write("Tests/EndToEnd/run.py", "before = time.monotonic()\nassert time.time() < 5\n")
+        self.write("Tests/EndToEnd/run.sh", "start\n((SECONDS < 5)) || exit 1\n")
+        self.assert_found("Tests/EndToEnd/run.py:1", "Tests/EndToEnd/run.py:2", "Tests/EndToEnd/run.sh:2",
+                          *[f"Tests/Engine/TstC.cpp:{line}" for line in range(1, len(calls) + 1)])
+
+    def test_measuring_is_left_to_benchmarks(self):
+        self.write("Bench/A.cpp", "QElapsedTimer clock;\n")
+        self.write("Tests/A.cpp", "QDeadlineTimer deadline(9000);\nf.wait_for(std::chrono::seconds(9));\n")
+        self.assert_found()
+
     def test_waiting_for_an_event_is_no_sleep(self):
         self.write("Tests/TstB.cpp", "spy.wait(5000);\nQTRY_COMPARE(a, b);\nQTest::qWaitFor(f, 9);\nm_bAsleep(1);\n")
         self.write("Host/Site/Slow.cpp", "std::this_thread::sleep_for(delay);\n")

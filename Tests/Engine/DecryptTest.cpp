@@ -2,7 +2,6 @@
 
 #include "Engine/CoverPictures.h"
 
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QEventLoop>
 #include <QtGui/QImageReader>
 
@@ -327,20 +326,24 @@ void DecryptTest::AClearPictureThatIsNoneIsNotSaved()
     QVERIFY(!rig.World().HasFile("1.jpg"));
 }
 
+// A thread that idles between two jobs does so for seconds, and never gets through with them.
 void DecryptTest::JobsQueuedTogetherRunBackToBackInOrder()
 {
     Rig rig;
-    QElapsedTimer timer;
-    timer.start();
-    rig.World().Cloud().CloseDecryptGate();
     rig.Decrypt().Start();
-    rig.Enqueue("one");
-    QTRY_COMPARE(rig.World().Calls().Count("DecryptPicture"), 1);
-    rig.Enqueue("two"); // both wake-ups come while it is busy
-    rig.Enqueue("three");
-    rig.World().Cloud().OpenDecryptGate();
-    QTRY_COMPARE(rig.Finished(), Texts({"Finished 1 one ", "Finished 1 two ", "Finished 1 three "}));
-    QVERIFY2(timer.elapsed() < 3000, "it idled between two jobs");
+    for (int i = 1; i <= 200; ++i) {
+        rig.World().Cloud().CloseDecryptGate();
+        rig.Enqueue("one");
+        while (rig.World().Calls().Count("DecryptPicture") < 1)
+            std::this_thread::yield();
+        rig.Enqueue("two"); // both wake-ups come while it is busy
+        rig.Enqueue("three");
+        rig.World().Cloud().OpenDecryptGate();
+        while (rig.Finished().size() < 3)
+            std::this_thread::yield();
+        QCOMPARE(rig.Finished(), Texts({"Finished 1 one ", "Finished 1 two ", "Finished 1 three "}));
+        rig.World().Calls().Clear();
+    }
 }
 
 void DecryptTest::AllJobsRunOnOneThreadOneAfterTheOther()
@@ -375,7 +378,8 @@ void DecryptTest::TheThreadTakesOverThePriorityOfItsStarter()
     QCOMPARE(rig.Decrypt().priority(), QThread::InheritPriority);
 }
 
-// Each job comes at the moment when the thread is about to sleep; a wake-up that is missed costs seconds.
+// Each job comes at the moment when the thread is about to sleep. A missed wake-up costs seconds: a thread that misses
+// many never gets through.
 void DecryptTest::AnIdleThreadWakesForAJob()
 {
     Rig rig;
@@ -383,13 +387,11 @@ void DecryptTest::AnIdleThreadWakesForAJob()
     rig.World().Calls().WhenAdded("Finished", [&iFinished] { ++iFinished; });
     rig.Decrypt().Start();
     for (int i = 1; i <= 500; ++i) {
-        QElapsedTimer timer;
-        timer.start();
         rig.Enqueue("url");
         while (iFinished < i)
             std::this_thread::yield();
-        QVERIFY2(timer.elapsed() < 4000, "it slept on");
     }
+    QCOMPARE(rig.Finished().size(), 500);
 }
 
 // The host's call ends only when the thread has been told to stop: an event loop of the thread ends by that.

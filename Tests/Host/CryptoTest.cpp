@@ -2,7 +2,6 @@
 #include "Host/Crypto/PictureCipher.h"
 #include "Host/Crypto/RecordCipher.h"
 
-#include <QtCore/QElapsedTimer>
 #include <QtTest/QtTest>
 
 #include <algorithm>
@@ -85,7 +84,6 @@ private slots:
     void PictureResults_data();
     void PictureResults();
     void DevicePasswordOpensForItsDeviceOnly();
-    void DerivesAHundredKeysInASecond();
     void WorksOnManyThreadsAtOnce();
 };
 
@@ -212,17 +210,6 @@ void CryptoTest::DevicePasswordOpensForItsDeviceOnly()
     QCOMPARE(strClear, std::string("untouched"));
     QCOMPARE(KXHost::DecryptDeviceUserInfo("DEV1", strText, strClear), CipherResult::Ok);
     QCOMPARE(strClear, std::string("canary"));
-}
-
-void CryptoTest::DerivesAHundredKeysInASecond()
-{
-    std::string strText;
-    QElapsedTimer timer;
-    timer.start();
-    for (int i = 0; i < 100; ++i)
-        QCOMPARE(KXHost::EncryptDeviceUserInfo("DEV1", "canary", strText), CipherResult::Ok);
-    qInfo("100 derivations: %lld ms", static_cast<long long>(timer.elapsed()));
-    QVERIFY(timer.elapsed() < 5000); // a loaded or instrumented machine gets five times the aim
 }
 
 void CryptoTest::WorksOnManyThreadsAtOnce()

@@ -376,12 +376,10 @@ void KXLogicTransferTest::CountsEveryByteOfALargeRecording()
 {
     const QByteArray body = Pattern(40 * 1024 * 1024);
     m_pServer->Serve("/r", Answer::Whole(body));
-    QElapsedTimer timer;
-    timer.start();
     QCOMPARE(Start(2, QStringLiteral("r"), Path(QStringLiteral("a.mp4"))), 0);
     QTRY_VERIFY_WITH_TIMEOUT(m_pListener->HasState(QStringLiteral("2 r 2")), WaitMs);
     QCOMPARE(m_pListener->Received(QStringLiteral("2 r")), qint64(41943040));
-    QVERIFY(m_pListener->DataCalls() <= timer.elapsed() / 100 + 2); // about ten a second, and the last
+    QVERIFY(m_pListener->DataCalls() < 160); // it is read in at least so many pieces: several are one call
     QVERIFY(FileContent(Path(QStringLiteral("a.mp4"))) == body);
 }
 

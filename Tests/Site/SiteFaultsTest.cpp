@@ -1,6 +1,5 @@
 #include "SiteClient.h"
 
-#include <QtCore/QElapsedTimer>
 #include <QtNetwork/QTcpSocket>
 #include <QtTest/QtTest>
 
@@ -45,7 +44,7 @@ private slots:
     void StatusOfAFaultyAnswer();
     void RefusalChallengesLikeTheSource();
     void MoreThanAnnouncedIsSentAndTheConnectionEnds();
-    void SlowTransferTakesItsTime();
+    void ASlowTransferComesInPieces();
     void NeverIsNotAnswered();
     void AStalledTransferStaysSilent();
     void FaultHitsOnlyItsRecord();
@@ -136,15 +135,19 @@ void SiteFaultsTest::MoreThanAnnouncedIsSentAndTheConnectionEnds()
     QCOMPARE(reply.size() - iHead, 2750003);
 }
 
-void SiteFaultsTest::SlowTransferTakesItsTime()
+void SiteFaultsTest::ASlowTransferComesInPieces()
 {
     KXHost::Site site;
     QVERIFY(StartWith(site, {QStringLiteral("slow=204800")}));
-    QElapsedTimer timer;
-    timer.start();
-    const Answer answer = GetDeviceRecording(site);
-    QCOMPARE(answer.lReceived, qint64(102400));
-    QVERIFY2(timer.elapsed() >= 400, qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(GetDeviceRecording(site).lReceived, qint64(102400));
+    // Nearly ten minutes at this rate: after its first bytes, most of it is still to come.
+    QVERIFY(StartWith(site, {QStringLiteral("slow=5000")}));
+    QTcpSocket socket;
+    Ask(socket, site, "/cloud/4611686018427400102");
+    QByteArray received;
+    QTRY_VERIFY_WITH_TIMEOUT((received += socket.readAll()).size() > 2000, TimeLimitMs);
+    QVERIFY2(received.size() < 1000000, qPrintable(QString::number(received.size())));
+    QCOMPARE(socket.state(), QAbstractSocket::ConnectedState);
 }
 
 void SiteFaultsTest::NeverIsNotAnswered()
