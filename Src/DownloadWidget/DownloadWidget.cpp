@@ -57,7 +57,7 @@ void DownloadWidget::SetUpWindow()
     setWindowTitle(tr("common_download_list"));
     setWindowFlags(Qt::Popup | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
     setAttribute(Qt::WA_TranslucentBackground);
-    auto* pShadow = new PanelShadow(*this);
+    auto* pShadow = new PanelShadow(this);
     pShadow->setBlurRadius(10.0);
     pShadow->setColor(KXColor::color(QStringLiteral("pc008"), 1.0));
     pShadow->setOffset(0, 0);
