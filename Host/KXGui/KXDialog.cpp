@@ -1,20 +1,14 @@
 #include "KXGui/KXDialog.h"
 
-#include "Host/KXGui/FramePicture.h"
-
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
+#include <QtWidgets/QStyle>
+#include <QtWidgets/QStyleOption>
 
 namespace KXGui {
 
-struct KXDialog::Frame
-{
-    KXHost::FramePicture picture;
-};
-
 KXDialog::KXDialog(QWidget* pParent, int iStyle)
     : QDialog(pParent)
-    , m_pFrame(new Frame)
     , m_bFrameless(iStyle == 1)
     , m_bMovable(m_bFrameless)
 {
@@ -38,7 +32,9 @@ void KXDialog::paintEvent(QPaintEvent* pEvent)
         return;
     // Qt leaves the background of a translucent window to the window.
     QPainter painter(this);
-    m_pFrame->picture.Paint(painter, *this);
+    QStyleOption option;
+    option.initFrom(this);
+    style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
 }
 
 void KXDialog::mousePressEvent(QMouseEvent* pEvent)

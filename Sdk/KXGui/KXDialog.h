@@ -4,7 +4,6 @@
 
 #include <QtCore/QPoint>
 #include <QtCore/QRect>
-#include <QtCore/QScopedPointer>
 #include <QtWidgets/QDialog>
 
 namespace KXGui {
@@ -31,9 +30,6 @@ protected:
     void mouseReleaseEvent(QMouseEvent* pEvent) override;
 
 private:
-    struct Frame;
-
-    QScopedPointer<Frame> m_pFrame;
     bool m_bFrameless;
     bool m_bMovable;
     bool m_bDragging = false;
