@@ -1,9 +1,9 @@
 #include "KXGui/GraphicsGridView.h"
 
 #include "Host/KXGui/GridGeometry.h"
-#include "Host/KXGui/ItemSequence.h"
-#include "Host/KXGui/KeyIndex.h"
 
+#include <QtCore/QHash>
+#include <QtCore/QSet>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QGraphicsItem>
 #include <QtWidgets/QGraphicsScene>
@@ -20,8 +20,9 @@ constexpr int MarginRows = 2;
 
 struct GraphicsGridView::Grid
 {
-    KXHost::ItemSequence items;
-    KXHost::KeyIndex keys{KeyRole};
+    QList<QGraphicsItem*> items;
+    QMultiHash<QString, QGraphicsItem*> byKey;
+    QSet<QGraphicsItem*> keyless; // or had no key when they were looked at last: an item does not tell
     QSize spacing{0, 0};
     QList<QGraphicsItem*> shown; // those in the scene
     KXHost::IndexRange shownRange;
@@ -32,10 +33,26 @@ struct GraphicsGridView::Grid
 
     KXHost::GridGeometry Geometry(const QWidget* pViewport) const
     {
-        const QGraphicsItem* pFirst = items.At(0);
+        const QGraphicsItem* pFirst = items.value(0);
         return {pFirst ? pFirst->boundingRect().size() : QSizeF(), spacing, qreal(pViewport->width())};
     }
+    static QString KeyOf(const QGraphicsItem* pItem) { return pItem->data(KeyRole).toString(); }
+    bool Contains(QGraphicsItem* pItem) const { return keyless.contains(pItem) || byKey.contains(KeyOf(pItem), pItem); }
+    void FileKeys();
 };
+
+// Those that have got their key since.
+void GraphicsGridView::Grid::FileKeys()
+{
+    for (auto it = keyless.begin(); it != keyless.end();) {
+        if ((*it)->data(KeyRole).isValid()) {
+            byKey.insert(KeyOf(*it), *it);
+            it = keyless.erase(it);
+        } else {
+            ++it;
+        }
+    }
+}
 
 GraphicsGridView::GraphicsGridView(QWidget* pParent)
     : QGraphicsView(pParent)
@@ -54,18 +71,19 @@ GraphicsGridView::GraphicsGridView(QWidget* pParent)
 
 GraphicsGridView::~GraphicsGridView()
 {
-    const QList<QGraphicsItem*> list = m_pGrid->items.All() + m_pGrid->removed;
+    const QList<QGraphicsItem*> list = m_pGrid->items + m_pGrid->removed;
     m_pGrid.reset(new Grid); // the items say good-bye to an empty grid
     qDeleteAll(list);
 }
 
 void GraphicsGridView::AddItem(QGraphicsItem* pItem, bool bRefresh)
 {
-    if (!pItem || !m_pGrid->items.Append(pItem))
+    if (!pItem || m_pGrid->Contains(pItem))
         return;
+    m_pGrid->items.append(pItem);
+    m_pGrid->keyless.insert(pItem);
     if (pItem->scene())
         pItem->scene()->removeItem(pItem);
-    m_pGrid->keys.Insert(pItem);
     Watch(pItem);
     if (!bRefresh)
         return RelayoutLater();
@@ -83,16 +101,20 @@ void GraphicsGridView::Watch(QGraphicsItem* pItem)
 void GraphicsGridView::Forget(QGraphicsItem* pItem)
 {
     m_pGrid->removed.removeOne(pItem);
-    if (m_pGrid->items.Remove(pItem) < 0)
+    if (!m_pGrid->items.removeOne(pItem))
         return;
-    m_pGrid->keys.Remove(pItem);
+    m_pGrid->keyless.remove(pItem);
+    const auto key = std::find(m_pGrid->byKey.begin(), m_pGrid->byKey.end(), pItem);
+    if (key != m_pGrid->byKey.end())
+        m_pGrid->byKey.erase(key);
     m_pGrid->shown.removeOne(pItem);
     RelayoutLater();
 }
 
 QGraphicsItem* GraphicsGridView::GetItem(const QString& strKey) const
 {
-    const QList<QGraphicsItem*> list = m_pGrid->keys.Find(strKey);
+    m_pGrid->FileKeys();
+    const QList<QGraphicsItem*> list = m_pGrid->byKey.values(strKey);
     if (list.size() < 2)
         return list.value(0);
     return *std::min_element(list.cbegin(), list.cend(),
@@ -103,16 +125,16 @@ QGraphicsItem* GraphicsGridView::GetItem(const QString& strKey) const
 
 int GraphicsGridView::IndexOfItem(const QGraphicsItem* pItem) const
 {
-    return m_pGrid->items.IndexOf(pItem);
+    return m_pGrid->items.indexOf(const_cast<QGraphicsItem*>(pItem));
 }
 
 void GraphicsGridView::DeleteItem(int iIndex)
 {
-    QGraphicsItem* pItem = m_pGrid->items.At(iIndex);
-    if (!pItem)
+    if (iIndex < 0 || iIndex >= m_pGrid->items.size())
         return;
-    m_pGrid->items.Remove(pItem);
-    m_pGrid->keys.Remove(pItem);
+    QGraphicsItem* pItem = m_pGrid->items.takeAt(iIndex);
+    m_pGrid->keyless.remove(pItem);
+    m_pGrid->byKey.remove(Grid::KeyOf(pItem), pItem);
     if (m_pGrid->shown.removeOne(pItem))
         scene()->removeItem(pItem);
     if (m_pGrid->iEventDepth > 0)
@@ -124,7 +146,7 @@ void GraphicsGridView::DeleteItem(int iIndex)
 
 QList<QGraphicsItem*> GraphicsGridView::GetAllItem() const
 {
-    return m_pGrid->items.All();
+    return m_pGrid->items;
 }
 
 void GraphicsGridView::GetItemsInViewPort(QList<QGraphicsItem*>& list, bool bPartly) const
@@ -132,11 +154,11 @@ void GraphicsGridView::GetItemsInViewPort(QList<QGraphicsItem*>& list, bool bPar
     list.clear();
     const QRectF view(mapToScene(QPoint()), QSizeF(viewport()->size()));
     const KXHost::GridGeometry geometry = m_pGrid->Geometry(viewport());
-    const auto range = geometry.RowsBetween(view.top(), view.bottom(), m_pGrid->items.Size());
+    const auto range = geometry.RowsBetween(view.top(), view.bottom(), m_pGrid->items.size());
     for (int i = range.iFirst; i < range.iEnd; ++i) {
         const QRectF cell = geometry.CellAt(i);
         if (bPartly ? view.intersects(cell) : view.contains(cell))
-            list.append(m_pGrid->items.At(i));
+            list.append(m_pGrid->items.at(i));
     }
 }
 
@@ -211,7 +233,7 @@ void GraphicsGridView::RelayoutLater()
 // The scroll bars follow the scene's rectangle, wherever its items are.
 void GraphicsGridView::UpdateExtent()
 {
-    QSizeF extent = m_pGrid->Geometry(viewport()).Extent(m_pGrid->items.Size());
+    QSizeF extent = m_pGrid->Geometry(viewport()).Extent(m_pGrid->items.size());
     // Without its bar there is no way back from a sideways scroll.
     if (horizontalScrollBarPolicy() == Qt::ScrollBarAlwaysOff)
         extent.setWidth(qMin(extent.width(), qreal(viewport()->width())));
@@ -224,17 +246,15 @@ void GraphicsGridView::ShowItemsInView()
     const qreal dMargin = MarginRows * geometry.RowHeight();
     const qreal dTop = verticalScrollBar()->value();
     const auto range =
-        geometry.RowsBetween(dTop - dMargin, dTop + viewport()->height() + dMargin, m_pGrid->items.Size());
+        geometry.RowsBetween(dTop - dMargin, dTop + viewport()->height() + dMargin, m_pGrid->items.size());
     if (range == m_pGrid->shownRange && !m_pGrid->bMoved)
         return;
     m_pGrid->shownRange = range;
     m_pGrid->bMoved = false;
-    QList<QGraphicsItem*> shown;
-    for (int i = range.iFirst; i < range.iEnd; ++i)
-        shown.append(m_pGrid->items.At(i));
+    QList<QGraphicsItem*> shown = m_pGrid->items.mid(range.iFirst, range.iEnd - range.iFirst);
     shown.swap(m_pGrid->shown);
     for (QGraphicsItem* pItem : qAsConst(shown)) {
-        if (!range.Contains(IndexOfItem(pItem)))
+        if (!m_pGrid->shown.contains(pItem))
             scene()->removeItem(pItem);
     }
     for (int i = 0; i < m_pGrid->shown.size(); ++i) {

@@ -12,7 +12,6 @@ struct IndexRange
     int iFirst = 0;
     int iEnd = 0;
 
-    bool Contains(int iIndex) const { return iIndex >= iFirst && iIndex < iEnd; }
     bool operator==(const IndexRange& other) const { return iFirst == other.iFirst && iEnd == other.iEnd; }
 };
 
