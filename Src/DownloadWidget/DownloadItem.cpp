@@ -110,7 +110,8 @@ void DownloadItem::paint(QPainter* pPainter, const QStyleOptionGraphicsItem*, QW
 {
     if (!m_pRecord)
         return;
-    pPainter->drawImage(ThumbnailRect, ThumbnailCache::Shared()->Thumbnail(m_pRecord->strPicturePath));
+    const QString strPicture = m_bAwaitsPicture ? QString() : m_pRecord->strPicturePath;
+    pPainter->drawImage(ThumbnailRect, ThumbnailCache::Shared()->Thumbnail(strPicture, *this));
     pPainter->setPen(Color("pc004"));
     pPainter->drawText(NameBaseline, m_pRecord->strFileName);
     PaintProgress(*pPainter);

@@ -28,6 +28,8 @@ public:
     void SetRecord(const DownloadRecordInfoPtr& pRecord);
     // Stores the record; the key stays.
     void UpdateRecord(const DownloadRecordInfoPtr& pRecord);
+    // While its picture is the device's own, which is being turned into one of ours, the row shows the default one.
+    void SetAwaitsPicture(bool bAwaits) { m_bAwaitsPicture = bAwaits; }
     DownloadRecordInfoPtr Record() const { return m_pRecord; }
     // A display state of RowLook. Paused and failed rows start over: their received size becomes 0.
     void SetState(int iState);
@@ -61,5 +63,6 @@ private:
     QGraphicsPixmapItem* m_pStateButton;
     QMap<int, KXSvgPixmap*> m_mapButtonPixmap;
     bool m_bRunning = true; // the state button offers "pause"
+    bool m_bAwaitsPicture = false;
     int m_iState = 0;
 };

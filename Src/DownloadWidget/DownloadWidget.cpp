@@ -45,6 +45,7 @@ DownloadWidget::~DownloadWidget()
     qDeleteAll(m_mapButtonPixmap);
     m_mapButtonPixmap.clear();
     ClearPauseRecordFile();
+    m_pThumbnailThread->requestInterruption(); // for the picture under way
     m_pThumbnailThread->quit();
     m_pThumbnailThread->wait();
     RemoveDroppedPictures();

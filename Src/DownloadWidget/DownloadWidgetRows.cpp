@@ -53,13 +53,15 @@ void DownloadWidget::AddDownloadInfo(DownloadRecordInfoPtr pInfo)
     m_mapDroppedPictures.remove(pInfo->strRecordId);
     auto* pRow = new DownloadItem(this, m_mapButtonPixmap);
     pRow->SetRecord(pInfo);
+    const bool bDevicePicture = pInfo->iRecordType == KXDownLoadList::DeviceRecord && !pInfo->strPicturePath.isEmpty();
+    pRow->SetAwaitsPicture(bDevicePicture);
     ui->downloadListView->AddItem(pRow, true);
     ++m_iRowCount;
     RefreshCount();
     // By name: each connection by address keeps an object of its own, and there may be very many rows.
     connect(pRow, SIGNAL(SgnDeleteRecord(QString)), this, SLOT(OnDeleteRecord(QString)));
     connect(pRow, SIGNAL(SgnChangeDownloadState(bool)), this, SLOT(OnChangeDownloadState(bool)));
-    if (pInfo->iRecordType == KXDownLoadList::DeviceRecord && !pInfo->strPicturePath.isEmpty())
+    if (bDevicePicture)
         RequestThumbnail(*pRow, pInfo->strPicturePath);
     // The values stand crosswise; tools that read the log expect them so.
     KX_PANEL_LOG(200, PanelLogEvent, "DownloadWidget::AddDownloadInfo", "strRecordId[%s],strBeginTime[%s]",
@@ -111,6 +113,7 @@ void DownloadWidget::OnCopyPictureFinished(QString strRecordID, QString strPath)
     if (!pRow || pRow->Record()->iRecordType != KXDownLoadList::DeviceRecord)
         return;
     pRow->Record()->strPicturePath = strPath;
+    pRow->SetAwaitsPicture(false);
     pRow->UpdateRecord(pRow->Record());
 }
 

@@ -1,26 +1,10 @@
 #include "DownloadWidget/SaveDeviceRecordThumbWorker.h"
 
-#include "Module/PictureReading.h"
+#include "DownloadWidget/PanelLog.h"
+#include "Module/SafePicture.h"
 
-#include <QtCore/QBuffer>
 #include <QtCore/QDebug>
-#include <QtCore/QFileInfo>
 #include <QtCore/QThread>
-#include <QtGui/QImageReader>
-#include <QtGui/QImageWriter>
-
-namespace {
-
-// QImage::save empties an existing file before it finds that it cannot write such a picture. A recording that is not
-// called ".mp4" is its own picture's target, and must stay; one that is called like a picture becomes it.
-void Save(const QImage& image, const QString& strPath)
-{
-    const QByteArray format = QFileInfo(strPath).suffix().toLower().toLatin1();
-    if (QImageWriter::supportedImageFormats().contains(format))
-        image.save(strPath);
-}
-
-} // namespace
 
 void SaveDeviceRecordThumbWorker::OnStartTask(const QString srcPath, const QString dstPath, const QString strRecordID)
 {
@@ -32,15 +16,11 @@ void SaveDeviceRecordThumbWorker::OnStartTask(const QString srcPath, const QStri
         << " Thread ID: " << QThread::currentThreadId() << "\n";
     QString strPath = dstPath;
     QByteArray bytes;
-    if (ReadPictureFile(srcPath, bytes)) {
-        QBuffer buffer(&bytes);
-        QImageReader reader(&buffer);
-        reader.setDecideFormatFromContent(true);
-        // A failure shows as a missing picture, and the row falls back to its default.
-        if (IsReasonablePicture(reader))
-            Save(reader.read(), dstPath);
-    } else {
+    if (!SafePicture::ReadFile(srcPath, bytes))
         strPath.clear();
-    }
+    // A failure shows as a missing picture, and the row falls back to its default.
+    else if (!SafePicture::Save(bytes, dstPath) && !QThread::currentThread()->isInterruptionRequested())
+        KX_PANEL_LOG(51, PanelLogFailure, "SaveDeviceRecordThumbWorker::OnStartTask", "no picture[%s]",
+                     srcPath.toUtf8().constData());
     emit SignalFinished(strRecordID, strPath);
 }

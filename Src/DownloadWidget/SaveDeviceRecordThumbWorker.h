@@ -6,6 +6,7 @@
 // Turns the thumbnail that a device download left on disk into a picture file beside the recording.
 //
 // Thread: the panel's thumbnail thread; reached by queued signals only, requests are served in order of arrival.
+// A picture under way is given up when that thread's interruption is requested.
 class SaveDeviceRecordThumbWorker : public QObject
 {
     Q_OBJECT

@@ -1,9 +1,10 @@
 #include "DownloadWidget/ThumbnailCache.h"
 
-#include "Module/PictureReading.h"
+#include "DownloadWidget/DownloadItem.h"
+#include "DownloadWidget/PanelLog.h"
+#include "Module/SafePicture.h"
 
 #include <QtCore/QFileInfo>
-#include <QtGui/QImageReader>
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 
@@ -11,28 +12,6 @@ namespace {
 
 constexpr QSize ThumbnailSize(120, 68);
 constexpr qreal CornerRadius = 4;
-// A picture that can only be decoded whole: 4,096 by 4,096 pixels take about 0.14 s and 64 MiB. One of 4K fits.
-constexpr qint64 MaxPixelsAsAWhole = 16LL * 1024 * 1024;
-
-bool IsAffordable(const QImageReader& reader)
-{
-    const QSize size = reader.size();
-    return reader.supportsOption(QImageIOHandler::ClipRect) ||
-           qAbs(qint64(size.width())) * qAbs(qint64(size.height())) <= MaxPixelsAsAWhole;
-}
-
-// The top left part of a picture, as much as shows; a null image when it cannot or must not be read.
-QImage ReadVisiblePart(const QString& strPath)
-{
-    QImageReader reader(strPath);
-    reader.setDecideFormatFromContent(true);
-    if (!IsReasonablePicture(reader) || !IsAffordable(reader))
-        return QImage();
-    const QSize size = reader.size();
-    if (size.isValid())
-        reader.setClipRect(QRect(QPoint(0, 0), size.boundedTo(ThumbnailSize)));
-    return reader.read();
-}
 
 QImage Rounded(const QImage& picture)
 {
@@ -45,6 +24,15 @@ QImage Rounded(const QImage& picture)
     painter.setClipPath(corners);
     painter.drawImage(0, 0, picture);
     return canvas;
+}
+
+// Runs on the cache's thread.
+QImage ReadPicture(const QString& strPath)
+{
+    QByteArray bytes;
+    if (!SafePicture::ReadFile(strPath, bytes))
+        return QImage();
+    return SafePicture::Decode(PictureHeader::Of(bytes), ThumbnailSize);
 }
 
 } // namespace
@@ -60,17 +48,81 @@ std::shared_ptr<ThumbnailCache> ThumbnailCache::Shared()
     return pCache;
 }
 
-QImage ThumbnailCache::Thumbnail(const QString& strPath)
+ThumbnailCache::~ThumbnailCache()
+{
+    m_thread.requestInterruption();
+    m_thread.quit();
+    m_thread.wait();
+}
+
+QImage ThumbnailCache::Thumbnail(const QString& strPath, DownloadItem& row)
 {
     const QFileInfo file(strPath);
     if (strPath.isEmpty() || !file.isFile()) // to open a pipe would wait for its writer
         return DefaultThumbnail();
+    const State state{file.size(), file.lastModified()};
     const Entry* pKnown = m_entries.object(strPath);
-    if (pKnown && pKnown->lSize == file.size() && pKnown->modified == file.lastModified())
+    if (pKnown && pKnown->state.lSize == state.lSize && pKnown->state.modified == state.modified)
         return pKnown->image;
-    const QImage picture = ReadVisiblePart(strPath);
+    const auto waiting = m_waiting.find(strPath);
+    if (waiting != m_waiting.end()) {
+        if (!waiting->contains(&row))
+            waiting->append(&row);
+        return DefaultThumbnail();
+    }
+    bool bLater = state.lSize > SafePicture::MaxCheapFileBytes;
+    const QImage picture = bLater ? QImage() : ReadAtOnce(strPath, bLater);
+    if (!bLater)
+        return Keep(strPath, state, picture);
+    m_waiting.insert(strPath, {&row});
+    ReadLater(strPath, state);
+    return DefaultThumbnail();
+}
+
+// `bLater` becomes true when the picture must be left to the thread.
+QImage ThumbnailCache::ReadAtOnce(const QString& strPath, bool& bLater)
+{
+    QByteArray bytes;
+    if (!SafePicture::ReadFile(strPath, bytes))
+        return QImage();
+    const PictureHeader header = PictureHeader::Of(bytes);
+    bLater = header.pszFormat && !SafePicture::IsCheap(header);
+    return bLater ? QImage() : SafePicture::Decode(header, ThumbnailSize);
+}
+
+void ThumbnailCache::ReadLater(const QString& strPath, const State& state)
+{
+    if (!m_thread.isRunning()) {
+        m_reader.moveToThread(&m_thread);
+        m_thread.start(); // never a lower priority: its end is waited for
+    }
+    QMetaObject::invokeMethod(
+        &m_reader,
+        [this, strPath, state] {
+            const QImage picture = ReadPicture(strPath);
+            QMetaObject::invokeMethod(
+                this, [=] { OnRead(strPath, state, picture); }, Qt::QueuedConnection);
+        },
+        Qt::QueuedConnection);
+}
+
+// A file that changed meanwhile is read again at the next paint.
+void ThumbnailCache::OnRead(const QString& strPath, const State& state, const QImage& picture)
+{
+    Keep(strPath, state, picture);
+    const QVector<QPointer<DownloadItem>> rows = m_waiting.take(strPath);
+    for (const QPointer<DownloadItem>& pRow : rows) {
+        if (pRow)
+            pRow->update();
+    }
+}
+
+QImage ThumbnailCache::Keep(const QString& strPath, const State& state, const QImage& picture)
+{
+    if (picture.isNull())
+        KX_PANEL_LOG(52, PanelLogFailure, "DownloadItem::paint", "no picture[%s]", strPath.toUtf8().constData());
     const QImage thumbnail = picture.isNull() ? DefaultThumbnail() : Rounded(picture);
-    m_entries.insert(strPath, new Entry{file.size(), file.lastModified(), thumbnail});
+    m_entries.insert(strPath, new Entry{state, thumbnail});
     return thumbnail;
 }
 

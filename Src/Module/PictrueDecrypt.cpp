@@ -1,26 +1,17 @@
 #include "Module/PictrueDecrypt.h"
 
 #include "KXLogic/KXLogicModules.h"
+#include "Module/EngineLog.h"
 #include "Module/PicturePath.h"
-#include "Module/PictureReading.h"
+#include "Module/SafePicture.h"
 
-#include <QtCore/QBuffer>
 #include <QtCore/QFile>
-#include <QtGui/QImageReader>
 
 #include <mutex>
 
 namespace {
 
 constexpr unsigned long IdleWaitMs = 5000; // only guards against a missed wake-up
-
-QImage LoadPicture(QByteArray bytes)
-{
-    QBuffer buffer(&bytes);
-    QImageReader reader(&buffer);
-    reader.setDecideFormatFromContent(true);
-    return IsReasonablePicture(reader) ? reader.read() : QImage();
-}
 
 } // namespace
 
@@ -44,6 +35,7 @@ void PictrueDecrypt::Start()
 void PictrueDecrypt::Stop()
 {
     m_bRunning = false;
+    requestInterruption(); // for the picture under way
     Wake();
     quit();
     wait();
@@ -102,7 +94,7 @@ void PictrueDecrypt::Decrypt(const PictureDecryptJob& job)
     if (!m_pCloudLogic)
         return;
     QByteArray bytes;
-    if (!ReadPictureFile(job.strLocalPath, bytes)) {
+    if (!SafePicture::ReadFile(job.strLocalPath, bytes)) {
         TellUnreadable(job);
         return;
     }
@@ -115,17 +107,23 @@ void PictrueDecrypt::Decrypt(const PictureDecryptJob& job)
         return;
     }
     const QString strPath = PicturePathOf(job.strDownloadPath);
-    const QByteArray text = QString::fromStdString(strClear).toLocal8Bit();
-    // A recording whose path has no ".mp4" is its own picture path: what was already received is never overwritten.
-    if (strPath != job.strDownloadPath || !QFile::exists(strPath))
-        LoadPicture(QByteArray::fromBase64(text)).save(strPath);
+    SavePicture(job, QByteArray::fromBase64(QString::fromStdString(strClear).toLocal8Bit()), strPath);
     Finish(job, 0, strPath);
+}
+
+// A recording whose path has no ".mp4" is its own picture path: what was already received is never overwritten.
+void PictrueDecrypt::SavePicture(const PictureDecryptJob& job, const QByteArray& bytes, const QString& strPath)
+{
+    if (strPath == job.strDownloadPath && QFile::exists(strPath))
+        return;
+    if (!SafePicture::Save(bytes, strPath) && !isInterruptionRequested())
+        KX_ENGINE_LOG(LogFailure, "PictrueDecrypt::Decrypt", "no picture[%s]", strPath.toUtf8().constData());
 }
 
 // Posted like the signal, so that the owner hears of the jobs in their order.
 void PictrueDecrypt::TellUnreadable(const PictureDecryptJob& job)
 {
-    if (parent())
+    if (parent() && !isInterruptionRequested())
         QMetaObject::invokeMethod(parent(), "OnPictureUnreadable", Qt::QueuedConnection, Q_ARG(QString, job.strUrl),
                                   Q_ARG(QString, job.strDownloadPath));
 }

@@ -39,7 +39,8 @@ public:
     ~PictrueDecrypt() override;
 
     void Start();
-    // Returns when the thread has ended; a job that is being decrypted is finished first, waiting ones are dropped.
+    // Returns when the thread has ended; a job that is being decrypted is finished first, though a picture that is
+    // being decoded is given up; waiting ones are dropped.
     void Stop();
     void Enqueue(const PictureDecryptJob& job);
     // To be called once for each signal that arrives: the download path of its job. Jobs whose file cannot be read give
@@ -58,6 +59,7 @@ private:
     void WaitForWork();
     void Wake();
     void Decrypt(const PictureDecryptJob& job);
+    void SavePicture(const PictureDecryptJob& job, const QByteArray& bytes, const QString& strPath);
     void TellUnreadable(const PictureDecryptJob& job);
     void Finish(const PictureDecryptJob& job, int iResult, const QString& strPath);
 

@@ -1,5 +1,6 @@
 // The pictures of rows: what is asked of the thumbnail thread, and what its answers do.
 
+#include "HostilePictures.h"
 #include "PaintedRegion.h"
 #include "PanelRig.h"
 
@@ -25,6 +26,8 @@ private slots:
     void AnIncompleteOrUnknownThumbsEventIsIgnored();
     void AThumbnailArrivesInItsRow();
     void AThumbnailIsTakenByThePanelsThread();
+    void ADevicesOwnPictureIsNotShown();
+    void ADearPictureRepaintsItsRowAlone();
     void AMissingPictureEmptiesTheRowsPath();
     void OnlyDeviceRowsTakeTheirThumbnail();
     void ACloudPictureIsTakenAsItComes();
@@ -34,7 +37,18 @@ private slots:
 
 private:
     static QByteArray PngPicture();
+    // The middle of the row's thumbnail.
+    static QColor Shown(PanelRig& rig, const char* pszRecordId);
 };
+
+QColor PanelPicturesTest::Shown(PanelRig& rig, const char* pszRecordId)
+{
+    QImage image(610, 88, QImage::Format_RGB32);
+    QPainter painter(&image);
+    rig.Row(pszRecordId)->paint(&painter, nullptr, nullptr);
+    painter.end();
+    return image.pixelColor(90, 44);
+}
 
 QByteArray PanelPicturesTest::PngPicture()
 {
@@ -174,6 +188,41 @@ void PanelPicturesTest::AThumbnailIsTakenByThePanelsThread()
     QVERIFY(DebugMessages::WaitFor(2));
     QCOMPARE(rig.Record("a").strPicturePath, strSource);
     QTRY_COMPARE(rig.Record("a").strPicturePath, rig.World().Path("a.jpg"));
+}
+
+// Only what the worker made of it.
+void PanelPicturesTest::ADevicesOwnPictureIsNotShown()
+{
+    PanelRig rig;
+    const auto pRecord = rig.Made("a");
+    pRecord->strPicturePath =
+        rig.World().WriteFile("thumb", HostilePictures::Encoded(HostilePictures::Red(120, 68), "PNG"));
+    rig.Panel().AddDownloadInfo(pRecord);
+    rig.Panel().AddDownloadInfo(rig.Made("b"));
+    QCOMPARE(Shown(rig, "a"), Shown(rig, "b"));
+    QTRY_COMPARE(rig.Record("a").strPicturePath, rig.World().Path("a.jpg"));
+    QVERIFY(Shown(rig, "a").red() > 250 && Shown(rig, "a").blue() < 5);
+}
+
+void PanelPicturesTest::ADearPictureRepaintsItsRowAlone()
+{
+    PanelRig rig;
+    rig.Show();
+    rig.Send({"a", "b", "c"});
+    PaintedRegion painted(*rig.View().viewport());
+    rig.View().viewport()->repaint();
+    painted.Forget();
+    rig.Record("b").strPicturePath =
+        rig.World().WriteFile("b.jpg", HostilePictures::Encoded(HostilePictures::Red(120, 68), "JPG", true));
+    const QColor missing = Shown(rig, "b");
+    QCOMPARE(missing, Shown(rig, "a"));
+    const auto middle = [&rig](const char* pszRecordId) {
+        const QRectF row = rig.Row(pszRecordId)->mapToScene(QRectF(30, 20, 120, 48)).boundingRect();
+        return rig.View().mapFromScene(row).boundingRect();
+    };
+    QTRY_VERIFY(painted.Contains(middle("b")));
+    QVERIFY(!painted.Contains(middle("a")) && !painted.Contains(middle("c")));
+    QVERIFY(Shown(rig, "b").red() > 250);
 }
 
 void PanelPicturesTest::AMissingPictureEmptiesTheRowsPath()

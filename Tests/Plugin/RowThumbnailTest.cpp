@@ -1,11 +1,13 @@
 // The picture of a row: what is shown of which file, and which files are not opened.
 
+#include "HostilePictures.h"
+#include "PaintedRegion.h"
 #include "RowRig.h"
 
-#include <QtCore/QBuffer>
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QUrl>
 
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
@@ -21,18 +23,14 @@ QByteArray Picture(const QSize& size, const char* pszFormat)
     QPainter painter(&image);
     painter.fillRect(0, 0, 60, 34, Qt::red);
     painter.end();
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, pszFormat);
-    return bytes;
+    return HostilePictures::Encoded(image, pszFormat);
 }
 
-QImage Black(int iHeight)
+void AddPictures(const QList<HostilePictures::Picture>& pictures)
 {
-    QImage image(8192, iHeight, QImage::Format_Grayscale8);
-    image.fill(0);
-    return image;
+    QTest::addColumn<QByteArray>("content");
+    for (const HostilePictures::Picture& picture : pictures)
+        QTest::newRow(picture.pszName) << picture.bytes;
 }
 
 } // namespace
@@ -50,9 +48,43 @@ private slots:
     void WhatIsNoFileGivesTheDefaultPicture_data();
     void WhatIsNoFileGivesTheDefaultPicture();
     void AFileOfTheSameSizeAndAnotherTimeIsShownAnew();
-    void ALargePictureIsNotRead_data();
-    void ALargePictureIsNotRead();
+    void ABombGivesTheDefaultPictureAndOneLine_data();
+    void ABombGivesTheDefaultPictureAndOneLine();
+    void ATruncatedPictureGivesTheDefaultPictureAndOneLine_data();
+    void ATruncatedPictureGivesTheDefaultPictureAndOneLine();
+    void AnSvgOpensNoFile_data();
+    void AnSvgOpensNoFile();
+    void TextsOfAPngAreNotUnfolded();
+    void ACheapPictureIsShownAtOnce_data();
+    void ACheapPictureIsShownAtOnce();
+    void ADearPictureIsShownWhenItIsReady_data();
+    void ADearPictureIsShownWhenItIsReady();
+    void ADearPictureThatChangesIsReadAnew();
+    void APictureOfTooManyPixelsIsNotShown();
+    void ARowMayGoWhileItsPictureIsRead();
+
+private:
+    static void ShowsTheDefaultAndLogsOnce(const QByteArray& content);
+    static int LinesOfNoPicture(RowRig& rig);
 };
+
+int RowThumbnailTest::LinesOfNoPicture(RowRig& rig)
+{
+    return rig.World().Log().Lines("6 DownloadItem::paint no picture[").size();
+}
+
+void RowThumbnailTest::ShowsTheDefaultAndLogsOnce(const QByteArray& content)
+{
+    RowRig rig;
+    const QImage missing = rig.Painted();
+    rig.Record().strPicturePath = rig.World().WriteFile("t.jpg", content);
+    QCOMPARE(rig.Painted(), missing);
+    QTRY_COMPARE(LinesOfNoPicture(rig), 1);
+    QCOMPARE(rig.Painted(), missing);
+    EngineRig::Settle();
+    QCOMPARE(rig.Painted(), missing);
+    QCOMPARE(LinesOfNoPicture(rig), 1);
+}
 
 void RowThumbnailTest::AThumbnailShowsItsTopLeftUnscaledWithRoundCorners()
 {
@@ -150,41 +182,176 @@ void RowThumbnailTest::WhatIsNoFileGivesTheDefaultPicture()
 void RowThumbnailTest::AFileOfTheSameSizeAndAnotherTimeIsShownAnew()
 {
     RowRig rig;
-    const auto write = [&](const char* pszPixel, int iMinute) {
-        const QString strPath =
-            rig.World().WriteFile("t.ppm", QByteArray("P6\n20 20\n255\n") + QByteArray(pszPixel).repeated(400));
-        QFile file(strPath);
+    const auto write = [&](Qt::GlobalColor color, int iMinute) {
+        QImage image(20, 20, QImage::Format_RGB32);
+        image.fill(color);
+        QFile file(rig.World().WriteFile("t.bmp", HostilePictures::Encoded(image, "BMP")));
         return file.open(QIODevice::ReadWrite) &&
                file.setFileTime(QDateTime(QDate(2020, 1, 2), QTime(3, iMinute)), QFileDevice::FileModificationTime);
     };
-    rig.Record().strPicturePath = rig.World().Path("t.ppm");
-    QVERIFY(write("\xFF\x01\x01", 4));
-    QCOMPARE(rig.Painted().pixel(40, 20), QRgb(0xFFFF0101));
-    QVERIFY(write("\x01\x01\xFF", 5));
-    QCOMPARE(rig.Painted().pixel(40, 20), QRgb(0xFF0101FF));
+    rig.Record().strPicturePath = rig.World().Path("t.bmp");
+    QVERIFY(write(Qt::red, 4));
+    QCOMPARE(rig.Painted().pixel(40, 20), QRgb(0xFFFF0000));
+    QVERIFY(write(Qt::blue, 5));
+    QCOMPARE(rig.Painted().pixel(40, 20), QRgb(0xFF0000FF));
 }
 
-void RowThumbnailTest::ALargePictureIsNotRead_data()
+void RowThumbnailTest::ABombGivesTheDefaultPictureAndOneLine_data()
 {
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<int>("height"); // the highest that is read
-    QTest::newRow("of which a part can be read") << QStringLiteral("t.jpg") << 8192;
-    QTest::newRow("that can only be read as a whole") << QStringLiteral("t.pbm") << 2048;
+    AddPictures(HostilePictures::Bombs("none.png"));
 }
 
-// Black, 8,192 pixels wide: up to 64 megapixels, or 16.
-void RowThumbnailTest::ALargePictureIsNotRead()
+void RowThumbnailTest::ABombGivesTheDefaultPictureAndOneLine()
 {
-    QFETCH(QString, file);
-    QFETCH(int, height);
+    QFETCH(QByteArray, content);
+    ShowsTheDefaultAndLogsOnce(content);
+}
+
+void RowThumbnailTest::ATruncatedPictureGivesTheDefaultPictureAndOneLine_data()
+{
+    AddPictures(HostilePictures::Truncated());
+}
+
+void RowThumbnailTest::ATruncatedPictureGivesTheDefaultPictureAndOneLine()
+{
+    QFETCH(QByteArray, content);
+    ShowsTheDefaultAndLogsOnce(content);
+}
+
+void RowThumbnailTest::AnSvgOpensNoFile_data()
+{
+    QTest::addColumn<bool>("pipe");
+    QTest::newRow("a picture on this machine") << false;
+#ifdef Q_OS_UNIX
+    QTest::newRow("a pipe that nobody writes to") << true;
+#endif
+}
+
+void RowThumbnailTest::AnSvgOpensNoFile()
+{
+    QFETCH(bool, pipe);
     RowRig rig;
     const QImage missing = rig.Painted();
-    QVERIFY(missing.pixel(40, 20) != QRgb(0xFF000000));
-    rig.Record().strPicturePath = rig.World().Folder() + QLatin1Char('/') + file;
-    QVERIFY(Black(height + 1).save(rig.Record().strPicturePath));
+    const QString strNamed = rig.World().Path("named.png");
+    if (!pipe)
+        rig.World().WriteFile("named.png", Picture(QSize(120, 68), "PNG"));
+#ifdef Q_OS_UNIX
+    else
+        QCOMPARE(mkfifo(QFile::encodeName(strNamed).constData(), 0600), 0);
+#endif
+    const QByteArray image = "<image width='120' height='68' xlink:href='";
+    for (const QByteArray& name : {strNamed.toUtf8(), QUrl::fromLocalFile(strNamed).toEncoded()}) {
+        rig.Record().strPicturePath = rig.World().WriteFile("t.svg", HostilePictures::Svg(image + name + "'/>"));
+        QCOMPARE(rig.Painted(), missing);
+    }
+}
+
+// A thousand texts of 4 MB each, packed.
+void RowThumbnailTest::TextsOfAPngAreNotUnfolded()
+{
+    using namespace HostilePictures;
+    RowRig rig;
+    const QByteArray text = Chunk("zTXt", QByteArray("Comment\0\0", 9) + Packed(QByteArray(4000000, '\0')));
+    rig.Record().strPicturePath =
+        rig.World().WriteFile("t.png", Png(40, 30, Packed(RedLines(40, 30)), text.repeated(1000)));
+    QCOMPARE(rig.Painted().pixel(40, 20), QRgb(0xFFFF0000));
+}
+
+void RowThumbnailTest::ACheapPictureIsShownAtOnce_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QByteArray>("format");
+    QTest::newRow("a JPEG of 4 megapixels") << QSize(2048, 2048) << QByteArray("JPG");
+    QTest::newRow("a PNG of 4 megapixels") << QSize(2048, 2048) << QByteArray("PNG");
+    QTest::newRow("a BMP of 8 megabytes") << QSize(2048, 1360) << QByteArray("BMP");
+}
+
+void RowThumbnailTest::ACheapPictureIsShownAtOnce()
+{
+    QFETCH(QSize, size);
+    QFETCH(QByteArray, format);
+    RowRig rig;
+    rig.Record().strPicturePath = rig.World().WriteFile("t", Picture(size, format.constData()));
+    const QColor color = rig.Painted().pixelColor(40, 20);
+    QVERIFY(color.red() > 250 && color.blue() < 5);
+}
+
+void RowThumbnailTest::ADearPictureIsShownWhenItIsReady_data()
+{
+    using namespace HostilePictures;
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("a progressive JPEG") << Encoded(Red(40, 30), "JPG", true);
+    QTest::newRow("a JPEG above 4 megapixels") << Encoded(Red(2049, 2048), "JPG");
+    QTest::newRow("a PNG above 4 megapixels") << Encoded(Red(2049, 2048), "PNG");
+    QTest::newRow("a PNG of more than 256 kilobytes") << Png(512, 512, Packed(RedLines(512, 512) + Noise(300000)));
+    QTest::newRow("an interlaced PNG") << Png(40, 30, Packed(InterlacedRed(40, 30)), QByteArray(), true);
+    QTest::newRow("a file above 8 megabytes") << Encoded(Red(2048, 1366), "BMP");
+    QTest::newRow("a JPEG of 8K") << Encoded(Red(7680, 4320), "JPG");
+}
+
+// Only then is the row painted again.
+void RowThumbnailTest::ADearPictureIsShownWhenItIsReady()
+{
+    QFETCH(QByteArray, content);
+    RowRig rig;
+    const QImage missing = rig.Painted();
+    QVERIFY(QTest::qWaitForWindowExposed(rig.Viewport()));
+    PaintedRegion painted(*rig.Viewport());
+    rig.Viewport()->repaint(); // whatever is still to be painted
+    painted.Forget();
+    rig.Record().strPicturePath = rig.World().WriteFile("t.png", content);
     QCOMPARE(rig.Painted(), missing);
-    QVERIFY(Black(height).save(rig.Record().strPicturePath));
-    QCOMPARE(rig.Painted().pixel(40, 20), QRgb(0xFF000000));
+    QCOMPARE(rig.Painted(), missing);
+    QTRY_VERIFY(painted.Contains(QRect(30, 10, 120, 68)));
+    const QColor color = rig.Painted().pixelColor(40, 20);
+    QVERIFY(color.red() > 250 && color.blue() < 5);
+    QCOMPARE(LinesOfNoPicture(rig), 0);
+}
+
+void RowThumbnailTest::ADearPictureThatChangesIsReadAnew()
+{
+    RowRig rig;
+    rig.Record().strPicturePath = rig.World().WriteFile("t", Picture(QSize(3000, 2000), "PNG"));
+    rig.Painted();
+    QImage green(3000, 2001, QImage::Format_RGB32);
+    green.fill(Qt::green);
+    rig.World().WriteFile("t", HostilePictures::Encoded(green, "PNG"));
+    QTRY_COMPARE(rig.Painted().pixel(40, 20), QRgb(0xFF00FF00));
+    QCOMPARE(LinesOfNoPicture(rig), 0);
+}
+
+// Up to 36 megapixels.
+void RowThumbnailTest::APictureOfTooManyPixelsIsNotShown()
+{
+    using namespace HostilePictures;
+    RowRig rig;
+    const QImage missing = rig.Painted();
+    rig.Record().strPicturePath = rig.World().WriteFile("t", Encoded(Red(8192, 4609, QImage::Format_Mono), "PNG"));
+    QCOMPARE(rig.Painted(), missing);
+    QTRY_COMPARE(LinesOfNoPicture(rig), 1);
+    QCOMPARE(rig.Painted(), missing);
+    QImage black(8192, 4608, QImage::Format_Mono);
+    black.fill(0);
+    rig.World().WriteFile("t", Encoded(black, "PNG"));
+    QTRY_COMPARE(rig.Painted().pixel(40, 20), QRgb(0xFF000000));
+}
+
+void RowThumbnailTest::ARowMayGoWhileItsPictureIsRead()
+{
+    RowRig rig;
+    const auto pRecord = std::make_shared<KXDownLoadList::DownloadDeviceRecordInfo>();
+    pRecord->strPicturePath =
+        rig.World().WriteFile("t", HostilePictures::Encoded(HostilePictures::Red(40, 30), "JPG", true));
+    {
+        DownloadItem other(&rig.Panel(), rig.Pixmaps());
+        other.SetRecord(pRecord);
+        QImage image(610, 88, QImage::Format_RGB32);
+        QPainter painter(&image);
+        other.paint(&painter, nullptr, nullptr);
+    }
+    rig.Record().strPicturePath = pRecord->strPicturePath;
+    rig.Painted();
+    QTRY_VERIFY(rig.Painted().pixelColor(40, 20).red() > 250);
 }
 
 QTEST_MAIN(RowThumbnailTest)

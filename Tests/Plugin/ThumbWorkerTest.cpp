@@ -1,13 +1,17 @@
 // The worker that turns a device's thumbnail into a picture beside the recording.
 
+#include "HostilePictures.h"
 #include "PanelRig.h"
 
 #include "DownloadWidget/SaveDeviceRecordThumbWorker.h"
 
+#include <QtCore/QDeadlineTimer>
 #include <QtCore/QDir>
 #include <QtCore/QThread>
 #include <QtGui/QImageReader>
 #include <QtTest/QSignalSpy>
+
+#include <atomic>
 
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
@@ -21,8 +25,14 @@ private slots:
     void APictureIsWrittenInTheFormOfItsSuffix_data();
     void APictureIsWrittenInTheFormOfItsSuffix();
     void AJpegHasTheDefaultQuality();
-    void APictureIsDecodedUpTo64Megapixels_data();
-    void APictureIsDecodedUpTo64Megapixels();
+    void APictureIsDecodedUpTo36Megapixels_data();
+    void APictureIsDecodedUpTo36Megapixels();
+    void ABombIsNotWrittenAndGivesOneLine_data();
+    void ABombIsNotWrittenAndGivesOneLine();
+    void ADearPictureIsWritten_data();
+    void ADearPictureIsWritten();
+    void AThreadThatShallEndReadsNoPicture();
+    void ThePanelsEndDoesNotWaitForAPicture();
     void WhatIsNoPictureIsAnsweredAsWritten_data();
     void WhatIsNoPictureIsAnsweredAsWritten();
     void AFileTooLargeForAPictureIsNotRead();
@@ -101,16 +111,16 @@ void ThumbWorkerTest::AJpegHasTheDefaultQuality()
                         "341f27393d38323c2e333432"));
 }
 
-void ThumbWorkerTest::APictureIsDecodedUpTo64Megapixels_data()
+void ThumbWorkerTest::APictureIsDecodedUpTo36Megapixels_data()
 {
     QTest::addColumn<int>("height");
     QTest::addColumn<bool>("written");
-    QTest::newRow("64 megapixels") << 8192 << true;
-    QTest::newRow("a line more") << 8193 << false;
+    QTest::newRow("36 megapixels") << 4608 << true;
+    QTest::newRow("a line more") << 4609 << false;
 }
 
 // Whole and valid pictures, of a few kilobytes.
-void ThumbWorkerTest::APictureIsDecodedUpTo64Megapixels()
+void ThumbWorkerTest::APictureIsDecodedUpTo36Megapixels()
 {
     QFETCH(int, height);
     QFETCH(bool, written);
@@ -121,6 +131,90 @@ void ThumbWorkerTest::APictureIsDecodedUpTo64Megapixels()
     const QString strTarget = world.Path("out.png");
     QCOMPARE(Answer(world.Path("thumb"), strTarget), QVariantList({QStringLiteral("id"), strTarget}));
     QCOMPARE(world.HasFile("out.png"), written);
+}
+
+void ThumbWorkerTest::ABombIsNotWrittenAndGivesOneLine_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    for (const auto& picture : HostilePictures::Bombs("none.png") + HostilePictures::Truncated())
+        QTest::newRow(picture.pszName) << picture.bytes;
+}
+
+void ThumbWorkerTest::ABombIsNotWrittenAndGivesOneLine()
+{
+    QFETCH(QByteArray, content);
+    FakeWorld world;
+    const QString strTarget = world.Path("out.jpg");
+    QCOMPARE(Answer(world.WriteFile("thumb", content), strTarget), QVariantList({QStringLiteral("id"), strTarget}));
+    QVERIFY(!world.HasFile("out.jpg"));
+    QCOMPARE(world.Log().Lines(), Texts({"6 SaveDeviceRecordThumbWorker::OnStartTask no picture[~/thumb]"}));
+}
+
+void ThumbWorkerTest::ADearPictureIsWritten_data()
+{
+    using namespace HostilePictures;
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("a progressive JPEG") << Encoded(Red(1600, 1200), "JPG", true);
+    QTest::newRow("one of 50 more scans") << WithScans(Encoded(Red(400, 300), "JPG", true), 50);
+    QTest::newRow("an interlaced PNG") << Png(40, 30, Packed(InterlacedRed(40, 30)), QByteArray(), true);
+    QTest::newRow("a PNG with bytes behind its end") << Encoded(Red(40, 30), "PNG").append("more");
+    QTest::newRow("a JPEG with bytes behind its end") << Encoded(Red(40, 30), "JPG").append("more");
+    QTest::newRow("a BMP with bytes behind its end") << Encoded(Red(40, 30), "BMP").append("more");
+    QTest::newRow("a BMP that is stored from top to bottom")
+        << Encoded(Red(40, 30), "BMP").replace(22, 4, QByteArray::fromHex("e2ffffff"));
+    QTest::newRow("a BMP of one byte for a pixel")
+        << Encoded(Red(40, 30, QImage::Format_RGB32).convertToFormat(QImage::Format_Indexed8), "BMP");
+}
+
+void ThumbWorkerTest::ADearPictureIsWritten()
+{
+    QFETCH(QByteArray, content);
+    FakeWorld world;
+    const QString strTarget = world.Path("out.jpg");
+    QCOMPARE(Answer(world.WriteFile("thumb", content), strTarget), QVariantList({QStringLiteral("id"), strTarget}));
+    const QColor color = QImage(strTarget).pixelColor(20, 15);
+    QVERIFY(color.red() > 240 && color.blue() < 15);
+    QCOMPARE(world.Log().Lines(), Texts({}));
+}
+
+void ThumbWorkerTest::AThreadThatShallEndReadsNoPicture()
+{
+    FakeWorld world;
+    const QString strSource = WritePng(world, "thumb", Qt::red);
+    QVariantList answer;
+    const std::unique_ptr<QThread> pThread(QThread::create([&] {
+        QThread::currentThread()->requestInterruption();
+        answer = Answer(strSource, world.Path("out.jpg"));
+    }));
+    pThread->start();
+    QVERIFY(pThread->wait());
+    QVERIFY(!world.HasFile("out.jpg"));
+    QCOMPARE(answer, QVariantList({QStringLiteral("id"), QString()}));
+    QCOMPARE(world.Log().Lines(), Texts({}));
+}
+
+// The worker is held where it says that it begins, until its thread shall end; then it reads nothing more.
+void ThumbWorkerTest::ThePanelsEndDoesNotWaitForAPicture()
+{
+    PanelRig rig;
+    rig.Send({"a"});
+    static std::atomic<bool> s_bBegun{false};
+    static std::atomic<bool> s_bTold{false};
+    const QtMessageHandler pOld = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {
+        s_bBegun = true;
+        QDeadlineTimer deadline(20000);
+        while (!s_bTold && !deadline.hasExpired()) {
+            s_bTold = QThread::currentThread()->isInterruptionRequested();
+            QThread::yieldCurrentThread();
+        }
+    });
+    rig.World().Bus().Send("EventNotifyDeviceRecordThumbsPath",
+                           {QStringLiteral("a"), WritePng(rig.World(), "thumb", Qt::red)});
+    QTRY_VERIFY(s_bBegun);
+    rig.Destroy();
+    qInstallMessageHandler(pOld);
+    QVERIFY(s_bTold);
+    QVERIFY(!rig.World().HasFile("a.jpg"));
 }
 
 void ThumbWorkerTest::WhatIsNoPictureIsAnsweredAsWritten_data()
@@ -153,7 +247,7 @@ void ThumbWorkerTest::AFileTooLargeForAPictureIsNotRead()
     FakeWorld world;
     const QString strSource = WritePng(world, "thumb", Qt::green);
     const QString strTarget = world.Path("out.png");
-    if (!QFile::resize(strSource, 257LL * 1024 * 1024))
+    if (!QFile::resize(strSource, 65LL * 1024 * 1024))
         QSKIP("this volume has no room for the file", "");
     QCOMPARE(Answer(strSource, strTarget), QVariantList({QStringLiteral("id"), strTarget}));
     QVERIFY(!world.HasFile("out.png"));
