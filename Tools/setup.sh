@@ -10,12 +10,12 @@ build=(
     g++ cmake ninja-build ccache pkg-config
     qtbase5-dev libqt5svg5-dev libqt5sql5-sqlite qttools5-dev-tools
     libgcrypt20-dev libspdlog-dev libbenchmark-dev nlohmann-json3-dev libcpp-httplib-dev
-    ffmpeg python3 git
+    ffmpeg python3 git fonts-dejavu-core fonts-noto-core
 )
 checks=(clang clang-tidy clang-format shellcheck)
 bench=(curl)
 unpack=(xz-utils dpkg-dev)
-picture=(xvfb xauth fonts-dejavu-core fonts-wqy-microhei)
+picture=(xvfb xauth fonts-wqy-microhei)
 tsan=(dpkg-dev make perl tcl libfontconfig-dev libfreetype-dev zlib1g-dev)
 windows=(
     g++-mingw-w64-x86-64-posix libgcrypt-mingw-w64-dev libgpg-error-mingw-w64-dev libz-mingw-w64-dev

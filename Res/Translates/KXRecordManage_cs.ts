@@ -28,7 +28,7 @@
     </message>
     <message>
         <source>pc_download_video_resume_all</source>
-        <translation>Pokračovat ve všem</translation>
+        <translation>Obnovit vše</translation>
     </message>
     <message>
         <source>common_set</source>

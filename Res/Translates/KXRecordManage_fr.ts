@@ -24,7 +24,7 @@
     </message>
     <message>
         <source>pc_download_video_suspend_all</source>
-        <translation>Tout suspendre</translation>
+        <translation>Tout mettre en pause</translation>
     </message>
     <message>
         <source>pc_download_video_resume_all</source>

@@ -24,7 +24,7 @@
     </message>
     <message>
         <source>pc_download_video_suspend_all</source>
-        <translation>Sospendi tutto</translation>
+        <translation>Metti tutto in pausa</translation>
     </message>
     <message>
         <source>pc_download_video_resume_all</source>
@@ -36,7 +36,7 @@
     </message>
     <message>
         <source>ib_mobile_common_download_manager_no_download_task</source>
-        <translation>Nessun download</translation>
+        <translation>Elenco vuoto</translation>
     </message>
     <message numerus="yes">
         <source>play_multiple_views_total</source>

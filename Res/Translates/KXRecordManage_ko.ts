@@ -28,7 +28,7 @@
     </message>
     <message>
         <source>pc_download_video_resume_all</source>
-        <translation>모두 다시 시작</translation>
+        <translation>모두 재개</translation>
     </message>
     <message>
         <source>common_set</source>

@@ -36,7 +36,7 @@
     </message>
     <message>
         <source>ib_mobile_common_download_manager_no_download_task</source>
-        <translation>Siuntimų nėra</translation>
+        <translation>Sąrašas tuščias</translation>
     </message>
     <message numerus="yes">
         <source>play_multiple_views_total</source>

@@ -36,7 +36,7 @@
     </message>
     <message>
         <source>ib_mobile_common_download_manager_no_download_task</source>
-        <translation>Geen downloads</translation>
+        <translation>De lijst is leeg</translation>
     </message>
     <message numerus="yes">
         <source>play_multiple_views_total</source>

@@ -28,7 +28,7 @@
     </message>
     <message>
         <source>pc_download_video_resume_all</source>
-        <translation>Pokračovať vo všetkom</translation>
+        <translation>Obnoviť všetko</translation>
     </message>
     <message>
         <source>common_set</source>
@@ -36,7 +36,7 @@
     </message>
     <message>
         <source>ib_mobile_common_download_manager_no_download_task</source>
-        <translation>Nič na stiahnutie</translation>
+        <translation>Žiadne úlohy</translation>
     </message>
     <message numerus="yes">
         <source>play_multiple_views_total</source>

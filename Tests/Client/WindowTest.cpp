@@ -110,12 +110,12 @@ void WindowTest::TheLanguageReachesThePanel()
         const auto* pPauseAll = user.Find<QPushButton>("btnAllStart");
         QCOMPARE(pPauseAll->text(), QStringLiteral("Pause all"));
         user.Find<QAction>("language_fr")->trigger();
-        QCOMPARE(pPauseAll->text(), QStringLiteral("Tout suspendre"));
+        QCOMPARE(pPauseAll->text(), QStringLiteral("Tout mettre en pause"));
         QCOMPARE(user.Find<QLabel>("labelText")->text(), QStringLiteral("Aucune tâche"));
     });
     user.Open(user.Options(), [&] {
         QVERIFY(user.Find<QAction>("language_fr")->isChecked());
-        QCOMPARE(user.Find<QPushButton>("btnAllStart")->text(), QStringLiteral("Tout suspendre"));
+        QCOMPARE(user.Find<QPushButton>("btnAllStart")->text(), QStringLiteral("Tout mettre en pause"));
     });
 }
 

@@ -1,4 +1,4 @@
-// Every language in the places that have no tool tip: the head of the list and the rows.
+// Every language in the places that do not grow: the empty page, the head of the list and the rows.
 
 #include "PanelRig.h"
 
@@ -6,21 +6,29 @@
 
 #include <QtCore/QDir>
 #include <QtGui/QFontDatabase>
-#include <QtWidgets/QApplication>
+#include <QtWidgets/QLabel>
 
 #include <algorithm>
 
 namespace {
 
-// A wide font that Linux machines have: what fits in it fits in what a client's users have. Elsewhere, the system's
-// own.
-constexpr const char* WideFont = "DejaVu Sans";
 constexpr int LargestCount = 100000;
+
+// On Linux, with each of two fonts that machines have; elsewhere, with the system's own.
+QFont InTestedFamily(const QFont& font)
+{
+    QFETCH_GLOBAL(QString, family);
+    QFont tested = font;
+    if (!family.isEmpty())
+        tested.setFamily(family);
+    return tested;
+}
 
 // Characters that the font lacks are counted as other fonts draw them: ideographs, syllables and kana as squares,
 // letters as most of a square.
-int WidthOf(const QFont& font, const QString& strText)
+int WidthOf(const QFont& styled, const QString& strText)
 {
+    const QFont font = InTestedFamily(styled);
     const QFontMetrics metrics(font);
     const int iSquare = QFontInfo(font).pixelSize();
     int iWidth = 0;
@@ -41,7 +49,9 @@ class TextWidthTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase_data();
+    void TheEmptyPageHoldsItsText_data() { EveryLanguage(); }
+    void TheEmptyPageHoldsItsText();
     void TheHeadOfTheListHoldsItsTexts_data() { EveryLanguage(); }
     void TheHeadOfTheListHoldsItsTexts();
     void ARowHoldsItsStateText_data() { EveryLanguage(); }
@@ -51,12 +61,17 @@ private:
     static void EveryLanguage();
 };
 
-void TextWidthTest::initTestCase()
+void TextWidthTest::initTestCase_data()
 {
-    if (!QFontDatabase().families().contains(QLatin1String(WideFont)))
-        return;
-    QFont::insertSubstitution(QStringLiteral("Microsoft YaHei"), QLatin1String(WideFont));
-    QApplication::setFont(QFont(QLatin1String(WideFont), 9));
+    QTest::addColumn<QString>("family");
+#ifdef Q_OS_LINUX
+    for (const char* pszFamily : {"Noto Sans", "DejaVu Sans"}) {
+        QVERIFY2(QFontDatabase().families().contains(QLatin1String(pszFamily)), pszFamily); // Tools/setup.sh
+        QTest::newRow(pszFamily) << QString::fromUtf8(pszFamily);
+    }
+#else
+    QTest::newRow("the system's own") << QString();
+#endif
 }
 
 void TextWidthTest::EveryLanguage()
@@ -68,6 +83,22 @@ void TextWidthTest::EveryLanguage()
         const QString strCode = strFile.section(QLatin1Char('.'), 0, 0).section(QLatin1Char('_'), 1);
         QTest::newRow(strCode.isEmpty() ? "base" : qPrintable(strCode)) << strCode;
     }
+}
+
+void TextWidthTest::TheEmptyPageHoldsItsText()
+{
+    QFETCH(QString, code);
+    FakeWorld world;
+    KXRecordManage plugin;
+    plugin.Init(QStringLiteral("{\"strLanguage\":\"%1\"}").arg(code));
+    auto* pLabel = plugin.CenterWidget(QString())->findChild<QLabel*>(QStringLiteral("labelText"));
+    pLabel->ensurePolished(); // the style sheet decides the font
+    QCOMPARE(pLabel->font().pixelSize(), 14);
+    QVERIFY(!pLabel->text().contains(QLatin1Char('_'))); // translated
+    const int iWidth = WidthOf(pLabel->font(), pLabel->text());
+    QVERIFY2(iWidth <= 112, qPrintable(QStringLiteral("%1: %2 pixels").arg(pLabel->text()).arg(iWidth)));
+    QVERIFY(QFontMetrics(InTestedFamily(pLabel->font())).height() <= 20);
+    plugin.Destory();
 }
 
 // The count at the left, both buttons at the right, 20 pixels beside each, between margins of 30.

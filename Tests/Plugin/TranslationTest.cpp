@@ -1,7 +1,4 @@
-// The texts of every language: complete, with their number, and told whole where the place is too small.
-
-#include "FakeHost/FakeWorld.h"
-#include "Plugin/KXRecordManage.h"
+// The texts of every language: complete, with their number.
 
 #include <QtCore/QDir>
 #include <QtCore/QDirIterator>
@@ -9,7 +6,6 @@
 #include <QtCore/QSet>
 #include <QtCore/QTranslator>
 #include <QtTest/QTest>
-#include <QtWidgets/QLabel>
 
 namespace {
 
@@ -79,8 +75,6 @@ private slots:
     void EveryTextIsTranslated();
     void TheCountKeepsItsNumber_data() { EveryFile(); }
     void TheCountKeepsItsNumber();
-    void ATextThatDoesNotFitIsToldByTheToolTip_data();
-    void ATextThatDoesNotFitIsToldByTheToolTip();
 
 private:
     static void EveryFile();
@@ -148,38 +142,6 @@ void TranslationTest::TheCountKeepsItsNumber()
         QVERIFY2(strText.count(QStringLiteral("%1")) == 1, qPrintable(strText));
         QVERIFY2(strText.count(QLatin1Char('%')) == 1, qPrintable(strText));
     }
-}
-
-void TranslationTest::ATextThatDoesNotFitIsToldByTheToolTip_data()
-{
-    QTest::addColumn<QString>("code");
-    for (const char* pszCode : Codes)
-        QTest::newRow(pszCode) << QString::fromUtf8(pszCode);
-    QTest::newRow("untranslated") << QString();
-}
-
-void TranslationTest::ATextThatDoesNotFitIsToldByTheToolTip()
-{
-    QFETCH(QString, code);
-    FakeWorld world;
-    KXRecordManage plugin;
-    plugin.Init(QStringLiteral("{\"strLanguage\":\"%1\"}").arg(code));
-    if (code.isEmpty()) {
-        // Away with the base translation: after that a new panel shows the key itself.
-        world.Bus().Send("EventNotifyConfigPluginUpdateLanguage", {});
-    }
-    QWidget* pPanel = plugin.CenterWidget(QString());
-    pPanel->show(); // the font is the style sheet's from here on
-    auto* pLabel = pPanel->findChild<QLabel*>(QStringLiteral("labelText"));
-    QCOMPARE(pLabel->font().pixelSize(), 14);
-    QCOMPARE(pLabel->width(), 112);
-    const bool bFits = QFontMetrics(pLabel->font()).horizontalAdvance(pLabel->text()) <= 112;
-    QCOMPARE(pLabel->toolTip(), bFits ? QString() : pLabel->text());
-    if (code.isEmpty())
-        QCOMPARE(pLabel->toolTip(), QStringLiteral("ib_mobile_common_download_manager_no_download_task"));
-    else
-        QVERIFY(pLabel->text() != QStringLiteral("ib_mobile_common_download_manager_no_download_task"));
-    plugin.Destory();
 }
 
 QTEST_MAIN(TranslationTest)
