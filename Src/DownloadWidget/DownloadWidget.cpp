@@ -7,6 +7,7 @@
 #include "DownloadWidget/PanelShadow.h"
 #include "DownloadWidget/RecordMetaType.h"
 #include "DownloadWidget/SaveDeviceRecordThumbWorker.h"
+#include "DownloadWidget/SharpPicture.h"
 #include "DownloadWidget/ThumbnailCache.h"
 #include "KXBase/GKXObserver.h"
 #include "KXGui/KXColor.h"
@@ -30,7 +31,7 @@ DownloadWidget::DownloadWidget(QWidget* pParent)
     ConnectEngine();
     GKXObserver::attach(HostEvents::DeviceRecordThumbsPath, this, SLOT(OnGetDeviceRecordThumbs(QVariantList)));
     SetEmptyText();
-    ui->labelPic->setPixmap(QPixmap(QStringLiteral(":/KXRecordManage/images/pic_notask.svg")));
+    SetEmptyPicture();
     RefreshCount();
     MakeButtonPixmaps();
     StartThumbnailThread();
@@ -123,14 +124,20 @@ void DownloadWidget::RefreshTexts()
     ui->downloadListView->viewport()->update(); // rows translate when they paint
 }
 
-// The label's width is fixed; a text that does not fit is told by the tool tip.
 void DownloadWidget::SetEmptyText()
 {
-    QLabel& label = *ui->labelText;
-    label.setText(tr("ib_mobile_common_download_manager_no_download_task"));
-    label.ensurePolished(); // the style sheet decides the font
-    const bool bFits = label.fontMetrics().horizontalAdvance(label.text()) <= label.maximumWidth();
-    label.setToolTip(bFits ? QString() : label.text());
+    ui->labelText->setText(tr("ib_mobile_common_download_manager_no_download_task"));
+}
+
+// Anew for a screen with another pixel ratio.
+void DownloadWidget::SetEmptyPicture()
+{
+    const qreal dRatio = devicePixelRatioF();
+    if (m_dEmptyPictureRatio == dRatio)
+        return;
+    m_dEmptyPictureRatio = dRatio;
+    const QString strPath = QStringLiteral(":/KXRecordManage/images/pic_notask.svg");
+    ui->labelPic->setPixmap(QPixmap::fromImage(SharpPicture(strPath, dRatio)));
 }
 
 void DownloadWidget::SetAllStartText(bool bResume)
@@ -180,7 +187,6 @@ void DownloadWidget::OnBtnSetting()
 void DownloadWidget::showEvent(QShowEvent* pEvent)
 {
     KXGui::KXDialog::showEvent(pEvent);
-    SetEmptyText();
     if (ui->downloadListView->scene())
         ui->downloadListView->scene()->update(QRectF());
     ui->downloadListView->viewport()->update();
@@ -189,4 +195,10 @@ void DownloadWidget::showEvent(QShowEvent* pEvent)
         raise();
         activateWindow();
     });
+}
+
+void DownloadWidget::paintEvent(QPaintEvent* pEvent)
+{
+    KXGui::KXDialog::paintEvent(pEvent);
+    SetEmptyPicture();
 }

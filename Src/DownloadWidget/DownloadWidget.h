@@ -65,6 +65,7 @@ public slots:
 
 protected:
     void showEvent(QShowEvent* pEvent) override;
+    void paintEvent(QPaintEvent* pEvent) override;
     void timerEvent(QTimerEvent* pEvent) override;
 
 private:
@@ -74,6 +75,7 @@ private:
     void MakeButtonPixmaps();
     void StartThumbnailThread();
     void SetEmptyText();
+    void SetEmptyPicture();
     void SetCountText();
     void RefreshCount();
     void SetAllStartText(bool bResume);
@@ -97,6 +99,7 @@ private:
     QHash<QString, int> m_mapThumbnailRequests;   // on their way, by record id
     QHash<QString, QString> m_mapDroppedPictures; // of those, files that are to go when they come
     int m_iRowCount = 0;
+    qreal m_dEmptyPictureRatio = 0; // device pixels in one of ours, for which the empty page's picture was made
     QSet<QString> m_setProgressed;                 // rows to be repainted with the next frame
     QBasicTimer m_frameTimer;                      // runs until a frame finds none
     std::shared_ptr<ThumbnailCache> m_pThumbnails; // lives as long as a panel does

@@ -41,6 +41,20 @@ QImage Shown(const DownloadItem& row, const QPointF& pos)
     return QImage();
 }
 
+// A panel on screens of any sharpness.
+class MovedPanel : public DownloadWidget
+{
+public:
+    qreal dRatio = 1;
+
+protected:
+    int metric(PaintDeviceMetric what) const override
+    {
+        return what == PdmDevicePixelRatioScaled ? qRound(dRatio * devicePixelRatioFScale())
+                                                 : DownloadWidget::metric(what);
+    }
+};
+
 } // namespace
 
 class PanelLookTest : public QObject
@@ -49,6 +63,7 @@ class PanelLookTest : public QObject
 
 private slots:
     void TheFrameIsPaintedByThePanelItself();
+    void TheEmptyPictureIsSharpOnEachScreen();
     void ItComesUpInTheMiddleOfTheScreen();
     void RestoredItIsPaintedWhole();
     void TheButtonPicturesFollowTheState_data();
@@ -79,6 +94,32 @@ void PanelLookTest::TheFrameIsPaintedByThePanelItself()
         QCOMPARE(image.pixel(inside), QRgb(0xFFFFFFFF));
     QVERIFY(qAlpha(image.pixel(0, 0)) < 128); // a round corner
     plugin.Destory();
+}
+
+void PanelLookTest::TheEmptyPictureIsSharpOnEachScreen()
+{
+    const FakeWorld world;
+    MovedPanel panel;
+    const auto paintedAt = [&panel](qreal dRatio) {
+        panel.dRatio = dRatio;
+        QImage canvas(630, 564, QImage::Format_ARGB32_Premultiplied);
+        panel.render(&canvas);
+        return panel.findChild<QLabel*>(QStringLiteral("labelPic"))->property("pixmap").value<QPixmap>().toImage();
+    };
+    const QImage plain = paintedAt(1);
+    QCOMPARE(plain.size(), QSize(112, 143));
+    const struct
+    {
+        qreal dRatio;
+        QSize size;
+    } screens[] = {{1.5, {168, 215}}, {2, {224, 286}}, {1, {112, 143}}};
+    for (const auto& screen : screens) {
+        const QImage picture = paintedAt(screen.dRatio);
+        QCOMPARE(picture.size(), screen.size);
+        QCOMPARE(picture.devicePixelRatio(), screen.dRatio);
+        const bool bEnlarged = picture == plain.scaled(screen.size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        QCOMPARE(bEnlarged, screen.dRatio == 1);
+    }
 }
 
 // As dialogs do, which leave room for a frame that this one has not.
