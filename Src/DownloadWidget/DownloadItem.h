@@ -33,6 +33,7 @@ public:
     DownloadRecordInfoPtr Record() const { return m_pRecord; }
     // A display state of RowLook. Paused and failed rows start over: their received size becomes 0.
     void SetState(int iState);
+    int State() const { return m_iState; }
 
     // What a press of that button does. The click is reported with the event that pressed it. Afterwards the row may be
     // gone.

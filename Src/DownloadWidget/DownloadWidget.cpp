@@ -89,6 +89,7 @@ void DownloadWidget::ConnectEngine()
     connect(m_pEngine, &RecordDownloadModule::SignalDownloadRecordStates, this,
             &DownloadWidget::OnDownloadRecordStates);
     connect(m_pEngine, &RecordDownloadModule::SignalStopAllRecord, this, &DownloadWidget::OnStopAllDownload);
+    connect(m_pEngine, &RecordDownloadModule::SignalStopAllRecord, this, &DownloadWidget::KeepRowsThatGoOn);
     connect(m_pEngine, &RecordDownloadModule::SignalStartCopyPic, this, &DownloadWidget::SignalStartWork);
 }
 
@@ -161,6 +162,8 @@ void DownloadWidget::RefreshCount()
 void DownloadWidget::Stop()
 {
     m_pEngine->Shutdown();
+    for (const DownloadItem* pRow : Rows())
+        DropPicture(*pRow->Record());
 }
 
 void DownloadWidget::StartRecordDownloads(const QList<DownloadRecordInfoPtr>& list)

@@ -83,6 +83,14 @@ private:
     QList<DownloadItem*> Rows() const;
     void PauseRow(DownloadItem& row);
     void RestartRow(DownloadItem& row);
+    DownloadRecordInfoPtr NextRecord(const DownloadItem& row) const;
+    void GoOver(DownloadItem& row, const DownloadRecordInfoPtr& pRecord);
+    void AskedAgain(DownloadItem& row, const DownloadRecordInfoPtr& pRecord);
+    bool GoOverToNext(DownloadItem& row);
+    void KeepRowsThatGoOn();
+    void ForgetEnded(const QString& strRecordId, bool bRemovesFiles);
+    void ForgetPaused(const QString& strRecordId);
+    void SetAllStartText() { SetAllStartText(!m_listPausedRecordIds.isEmpty()); }
     void DropPicture(const KXDownLoadList::DownloadRecordInfo& record);
     void RepaintWithNextFrame(const QString& strRecordId);
     void RequestThumbnail(const DownloadItem& row, const QString& strSource);
@@ -98,6 +106,8 @@ private:
     SaveDeviceRecordThumbWorker* m_pThumbnailWorker = nullptr;
     QHash<QString, int> m_mapThumbnailRequests;   // on their way, by record id
     QHash<QString, QString> m_mapDroppedPictures; // of those, files that are to go when they come
+    // Records that were asked for under the id of a row that stands for another one.
+    QMultiHash<QString, DownloadRecordInfoPtr> m_mapOtherRecords;
     int m_iRowCount = 0;
     qreal m_dEmptyPictureRatio = 0; // device pixels in one of ours, for which the empty page's picture was made
     QSet<QString> m_setProgressed;                 // rows to be repainted with the next frame

@@ -12,11 +12,12 @@
 
 #include <QtCore/QDebug>
 #include <QtCore/QFile>
-#include <QtCore/QPointer>
 #include <QtCore/QTimerEvent>
 #include <QtCore/QtMath>
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
+
+#include <algorithm>
 
 namespace {
 
@@ -48,8 +49,8 @@ QList<DownloadItem*> DownloadWidget::Rows() const
 
 void DownloadWidget::AddDownloadInfo(DownloadRecordInfoPtr pInfo)
 {
-    if (RowOf(pInfo->strRecordId))
-        return;
+    if (DownloadItem* pShown = RowOf(pInfo->strRecordId))
+        return AskedAgain(*pShown, pInfo);
     m_mapDroppedPictures.remove(pInfo->strRecordId);
     auto* pRow = new DownloadItem(this, m_mapButtonPixmap);
     pRow->SetRecord(pInfo);
@@ -66,6 +67,66 @@ void DownloadWidget::AddDownloadInfo(DownloadRecordInfoPtr pInfo)
     // The values stand crosswise; tools that read the log expect them so.
     KX_PANEL_LOG(200, PanelLogEvent, "DownloadWidget::AddDownloadInfo", "strRecordId[%s],strBeginTime[%s]",
                  pInfo->strStartTime.toUtf8().constData(), pInfo->strRecordId.toUtf8().constData());
+}
+
+// A recording is shown once. Its row is left alone as long as the record that it stands for goes on; a row that is
+// paused or has failed stands for the new one from now on, for no transfer runs behind such a row.
+void DownloadWidget::AskedAgain(DownloadItem& row, const DownloadRecordInfoPtr& pRecord)
+{
+    if (row.State() == RowLook::Paused || row.State() == RowLook::Failed)
+        GoOver(row, pRecord);
+    else if (row.Record() != pRecord)
+        m_mapOtherRecords.insert(pRecord->strRecordId, pRecord);
+}
+
+void DownloadWidget::GoOver(DownloadItem& row, const DownloadRecordInfoPtr& pRecord)
+{
+    const DownloadRecordInfoPtr pOld = row.Record();
+    m_mapOtherRecords.remove(pRecord->strRecordId, pRecord);
+    if (pOld != pRecord)
+        m_mapOtherRecords.insert(pOld->strRecordId, pOld);
+    row.SetRecord(pRecord);
+    RestartRow(row);
+    ForgetPaused(pRecord->strRecordId);
+}
+
+// A record of the row's id that the engine works on, when it no longer works on the row's own; else null.
+DownloadRecordInfoPtr DownloadWidget::NextRecord(const DownloadItem& row) const
+{
+    if (m_pEngine->StateOf(row.Record()) != TaskState::Outside)
+        return nullptr;
+    const QList<DownloadRecordInfoPtr> others = m_mapOtherRecords.values(row.Record()->strRecordId);
+    const auto isQueued = [this](const DownloadRecordInfoPtr& pRecord) {
+        return m_pEngine->StateOf(pRecord) != TaskState::Outside;
+    };
+    const auto next = std::find_if(others.begin(), others.end(), isQueued);
+    return next == others.end() ? nullptr : *next;
+}
+
+bool DownloadWidget::GoOverToNext(DownloadItem& row)
+{
+    const DownloadRecordInfoPtr pNext = NextRecord(row);
+    if (pNext)
+        GoOver(row, pNext);
+    return pNext != nullptr;
+}
+
+// Forgets the other records of the id that the engine does not work on.
+void DownloadWidget::ForgetEnded(const QString& strRecordId, bool bRemovesFiles)
+{
+    for (const DownloadRecordInfoPtr& pRecord : m_mapOtherRecords.values(strRecordId)) {
+        if (m_pEngine->StateOf(pRecord) != TaskState::Outside)
+            continue;
+        m_mapOtherRecords.remove(strRecordId, pRecord);
+        if (bRemovesFiles)
+            m_pEngine->RemoveFileJpg(pRecord->strDownloadPath);
+    }
+}
+
+void DownloadWidget::ForgetPaused(const QString& strRecordId)
+{
+    m_listPausedRecordIds.removeAll(strRecordId);
+    SetAllStartText();
 }
 
 void DownloadWidget::RequestThumbnail(const DownloadItem& row, const QString& strSource)
@@ -169,7 +230,18 @@ void DownloadWidget::OnDownloadRecordStates(QString strRecordId, int iCode, bool
         return;
     }
     const std::optional<int> iState = RowLook::StateOfCode(iCode, bReget);
-    if (iState == RowLook::Finished)
+    const bool bFinished = iState == RowLook::Finished;
+    if (bFinished)
+        ForgetEnded(strRecordId, false);
+    if (bFinished || iState == RowLook::Failed) {
+        const DownloadRecordInfoPtr pEnded = pRow->Record();
+        if (GoOverToNext(*pRow)) {
+            if (bFinished)
+                m_mapOtherRecords.remove(strRecordId, pEnded);
+            return;
+        }
+    }
+    if (bFinished)
         FinishDownloadRecord(strRecordId);
     else if (iState)
         pRow->SetState(*iState);
@@ -211,11 +283,19 @@ void DownloadWidget::OnDeleteRecord(QString strRecordId)
     const DownloadRecordInfoPtr pRecord = pRow->Record();
     DropPicture(*pRecord);
     m_pEngine->DeleteRecordDownload(pRecord->iRecordType, pRecord->strRecordId, pRecord->strDownloadPath);
-    // Rows may have gone meanwhile, this one too: a host may let events run while it stops a transfer.
-    pRow = RowOf(strRecordId);
-    if (pRow && pRow->Record() == pRecord)
-        RemoveRow(ui->downloadListView->IndexOfItem(pRow));
-    m_listPausedRecordIds.removeAll(strRecordId);
+    // Rows may have gone meanwhile, this one too: a host may let events run while it stops a transfer. And the
+    // recording may have been asked for again.
+    ForgetEnded(strRecordId, true);
+    DownloadItem* pLeft = RowOf(strRecordId);
+    if (pLeft && pLeft->Record() == pRecord) {
+        if (GoOverToNext(*pLeft))
+            m_mapOtherRecords.remove(strRecordId, pRecord);
+        else if (m_pEngine->StateOf(pRecord) == TaskState::Outside)
+            RemoveRow(ui->downloadListView->IndexOfItem(pLeft));
+    }
+    pLeft = RowOf(strRecordId);
+    if (!pLeft || pLeft->State() != RowLook::Paused)
+        ForgetPaused(strRecordId);
 }
 
 // A paused download starts over when it is resumed.
@@ -233,12 +313,13 @@ void DownloadWidget::RestartRow(DownloadItem& row)
 {
     row.Record()->lReceivedSize = 0;
     row.SetState(RowLook::Waiting);
+    m_mapDroppedPictures.remove(row.Record()->strRecordId);
 }
 
 // A row is told before the engine is: inside a start the host may report a full disk, which pauses it again.
 void DownloadWidget::OnChangeDownloadState(bool bStart)
 {
-    const QPointer<DownloadItem> pRow = qobject_cast<DownloadItem*>(sender());
+    auto* pRow = qobject_cast<DownloadItem*>(sender());
     if (!pRow)
         return;
     const DownloadRecordInfoPtr pRecord = pRow->Record();
@@ -248,10 +329,11 @@ void DownloadWidget::OnChangeDownloadState(bool bStart)
         StartRecordDownloads({pRecord});
     } else {
         PauseRecordDownloads({pRecord});
-        if (pRow) // a host may let events run while it stops a transfer
+        pRow = RowOf(pRecord->strRecordId); // it may have gone, or the recording was asked for again
+        if (pRow && !GoOverToNext(*pRow) && m_pEngine->StateOf(pRow->Record()) == TaskState::Outside)
             PauseRow(*pRow);
     }
-    SetAllStartText(!m_listPausedRecordIds.isEmpty());
+    SetAllStartText();
 }
 
 // The button acts on the list of paused ids, not on the states of the rows.
@@ -284,8 +366,22 @@ void DownloadWidget::OnBtnAllStart()
 void DownloadWidget::OnStopAllDownload()
 {
     SetAllStartText(true);
-    for (DownloadItem* pRow : Rows())
+    for (DownloadItem* pRow : Rows()) {
         PauseRow(*pRow);
+        DropPicture(*pRow->Record());
+    }
+}
+
+// What was asked for or resumed while all others were stopped goes on.
+void DownloadWidget::KeepRowsThatGoOn()
+{
+    for (DownloadItem* pRow : Rows()) {
+        const TaskState state = m_pEngine->StateOf(pRow->Record());
+        if (state != TaskState::Outside && state != TaskState::Held)
+            GoOver(*pRow, pRow->Record());
+        else
+            GoOverToNext(*pRow);
+    }
 }
 
 // Thumbnails that were written since the last paint appear on the rows that came into view.
@@ -307,9 +403,12 @@ void DownloadWidget::ClearPauseRecordFile()
         const DownloadItem* pRow = RowOf(strRecordId);
         if (!pRow)
             continue;
-        const QString strPath = pRow->Record()->strDownloadPath;
-        RemoveFile(strPath, 306, 310);
-        RemoveFile(PicturePathOf(strPath), 319, 323);
+        QList<DownloadRecordInfoPtr> records = m_mapOtherRecords.values(strRecordId);
+        records.append(pRow->Record());
+        for (const DownloadRecordInfoPtr& pRecord : qAsConst(records)) {
+            RemoveFile(pRecord->strDownloadPath, 306, 310);
+            RemoveFile(PicturePathOf(pRecord->strDownloadPath), 319, 323);
+        }
         DropPicture(*pRow->Record());
     }
     m_listPausedRecordIds.clear();

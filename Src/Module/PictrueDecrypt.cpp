@@ -103,12 +103,12 @@ void PictrueDecrypt::Decrypt(const PictureDecryptJob& job)
         m_pCloudLogic->DecryptPicture(bytes.toBase64().toStdString(), job.strPictureKey.toStdString(),
                                       job.strDeviceId.toStdString(), job.strPassword.toStdString(), strClear);
     if (iResult != 0) {
-        Finish(job, iResult, QString());
+        emit SignalDecrptPictrueFinished(iResult, job.strUrl, QString());
         return;
     }
     const QString strPath = PicturePathOf(job.strDownloadPath);
     SavePicture(job, QByteArray::fromBase64(QString::fromStdString(strClear).toLocal8Bit()), strPath);
-    Finish(job, 0, strPath);
+    emit SignalDecrptPictrueFinished(0, job.strUrl, strPath);
 }
 
 // A recording whose path has no ".mp4" is its own picture path: what was already received is never overwritten.
@@ -126,23 +126,4 @@ void PictrueDecrypt::TellUnreadable(const PictureDecryptJob& job)
     if (parent() && !isInterruptionRequested())
         QMetaObject::invokeMethod(parent(), "OnPictureUnreadable", Qt::QueuedConnection, Q_ARG(QString, job.strUrl),
                                   Q_ARG(QString, job.strDownloadPath));
-}
-
-void PictrueDecrypt::Finish(const PictureDecryptJob& job, int iResult, const QString& strPath)
-{
-    {
-        const std::lock_guard<ktl::TMutex> lock(m_jobsLock);
-        m_finished.push(job.strDownloadPath);
-    }
-    emit SignalDecrptPictrueFinished(iResult, job.strUrl, strPath);
-}
-
-QString PictrueDecrypt::TakeFinished()
-{
-    const std::lock_guard<ktl::TMutex> lock(m_jobsLock);
-    if (m_finished.empty())
-        return QString();
-    const QString strPath = m_finished.front();
-    m_finished.pop();
-    return strPath;
 }

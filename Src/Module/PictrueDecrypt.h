@@ -26,7 +26,7 @@ struct PictureDecryptJob
 // The one thread that decrypts cover pictures, one after the other in the order of their jobs.
 //
 // Start, Stop and Enqueue are called on the thread that owns the object; the signal is emitted on this thread itself.
-// Only the queues of jobs and of finished ones are shared. Destroying the object stops it first.
+// Only the queue of jobs is shared. Destroying the object stops it first.
 class PictrueDecrypt : public QThread
 {
     Q_OBJECT
@@ -43,9 +43,6 @@ public:
     // being decoded is given up; waiting ones are dropped.
     void Stop();
     void Enqueue(const PictureDecryptJob& job);
-    // To be called once for each signal that arrives: the download path of its job. Jobs whose file cannot be read give
-    // no signal, so that counting signals would not tell.
-    QString TakeFinished();
 
 signals:
     // `iResult` is the host's: 0 and the path of the clear picture, or not 0 and an empty path.
@@ -61,12 +58,10 @@ private:
     void Decrypt(const PictureDecryptJob& job);
     void SavePicture(const PictureDecryptJob& job, const QByteArray& bytes, const QString& strPath);
     void TellUnreadable(const PictureDecryptJob& job);
-    void Finish(const PictureDecryptJob& job, int iResult, const QString& strPath);
 
     KXLogic::ICloudLogic* m_pCloudLogic;
     std::queue<PictureDecryptJob> m_jobs;
-    std::queue<QString> m_finished; // download paths of the jobs whose signals were emitted
-    ktl::TMutex m_jobsLock;         // guards both queues
+    ktl::TMutex m_jobsLock; // guards the queue
     std::atomic<bool> m_bRunning{false};
     QMutex m_wakeMutex;
     QWaitCondition m_wake;

@@ -30,6 +30,11 @@ int Post(void* pUser, const char* pszSlot, const char* pszRecordId, int iValue)
 
 } // namespace
 
+bool RecordDownloadModule::IsEnd(Outcome outcome)
+{
+    return outcome != Outcome::Running && outcome != Outcome::Unknown;
+}
+
 int RecordDownloadModule::DownloadStateCallback(qint64 iRecordID, int iCode, void* pUser)
 {
     const int64_t lRecordId = iRecordID;
@@ -107,73 +112,129 @@ void RecordDownloadModule::OnDownloadIOTLanRecordState(QString strRecordID, int 
     HandleState(Sources[IOTLanRecord], strRecordID, iCode);
 }
 
+void RecordDownloadModule::OnDownloadDeviceRecordState(QString strRecordID, int iCode)
+{
+    HandleState(Sources[DeviceRecord], strRecordID, iCode);
+}
+
+// A state belongs to the oldest running task of the id. One that comes inside the host's start is kept until that has
+// returned.
 void RecordDownloadModule::HandleState(const Source& source, const QString& strRecordId, int iCode)
 {
     Q_ASSERT(QThread::currentThread() == thread());
-    const DownloadRecordInfoPtr pTask = (this->*source.pRunning).Find(strRecordId);
-    if (!pTask)
-        return;
-    if (source.iRecordType == IOTLanRecord)
+    for (const DownloadTaskPtr& pTask : (this->*source.pRunning).TasksOf(strRecordId)) {
+        if (pTask->bHeard && pTask->state == TaskState::Running)
+            return (this->*source.pHandleState)(pTask, iCode);
+    }
+    for (const DownloadTaskPtr& pTask : (this->*source.pWaiting).TasksOf(strRecordId)) {
+        if (pTask->bHeard && pTask->state == TaskState::Starting)
+            pTask->codesWhileStarting.append(iCode);
+    }
+}
+
+RecordDownloadModule::Outcome RecordDownloadModule::OutcomeOf(const Source& source, int iCode)
+{
+    switch (iCode) {
+    case StateCode::Running:
+        return Outcome::Running;
+    case StateCode::Failed:
+        return Outcome::Failed;
+    case StateCode::Finished:
+        return Outcome::Finished;
+    case StateCode::Refused:
+        return Outcome::Refused;
+    case StateCode::CloudAbort:
+        return source.Has(Aborts) ? Outcome::Failed : Outcome::Unknown;
+    default:
+        return Outcome::Unknown;
+    }
+}
+
+void RecordDownloadModule::TellThenAct(const DownloadTaskPtr& pTask, int iCode)
+{
+    const Source& source = SourceOf(pTask);
+    const Outcome outcome = OutcomeOf(source, iCode);
+    if (source.Has(LogsStates))
         KX_ENGINE_LOG(LogEvent, "RecordDownloadModule::OnDownloadIOTLanRecordState", "lan local:iCode[%d]", iCode);
-    if (iCode != StateCode::Running)
-        NotifyState(StateEventOf(*pTask, iCode));
-    const DownloadRecordInfoPtr pNow = (this->*source.pRunning).Find(strRecordId);
-    if (pNow ? pNow != pTask : (this->*source.pWaiting).Contains(strRecordId))
-        return; // the client put another task in its place when it heard of the state
-    ActOnState(source, pTask, iCode);
-    emit SignalDownloadRecordStates(strRecordId, iCode, false);
-    if (iCode != StateCode::Running)
+    if (IsEnd(outcome))
+        Move(pTask, TaskState::Ending);
+    const TaskState told = pTask->state;
+    if (outcome != Outcome::Running)
+        NotifyState(StateEventOf(*pTask->pRecord, iCode));
+    if (pTask->state != told || (IsEnd(outcome) && !ActOnEnd(source, pTask, outcome)))
+        return; // the client dropped it when it heard of the state
+    emit SignalDownloadRecordStates(pTask->strRecordId, iCode, false);
+    if (outcome != Outcome::Running)
         (this->*source.pStartNext)();
 }
 
-void RecordDownloadModule::ActOnState(const Source& source, const DownloadRecordInfoPtr& pTask, int iCode)
+// For a source whose event says whether the task is tried again: that is known only after the act.
+void RecordDownloadModule::ActThenTell(const DownloadTaskPtr& pTask, int iCode)
 {
-    const QString strRecordId = pTask->strRecordId;
-    const bool bAborted = iCode == StateCode::CloudAbort && source.iRecordType == CloudRecord;
-    if (iCode == StateCode::Failed || bAborted) {
-        (this->*source.pStop)(strRecordId, StopCode::Failed, QString());
-    } else if (iCode == StateCode::Refused) {
-        (this->*source.pStop)(strRecordId, StopCode::Refused, QString());
-    } else if (iCode == StateCode::Finished) {
-        (this->*source.pRegisterFinished)(strRecordId);
-        m_promisedPaths.Release(pTask->strDownloadPath, strRecordId);
-        if (source.iRecordType != LanModuleRecord && source.iRecordType != IOTLanRecord)
-            (this->*source.pRunning).Remove(strRecordId);
-        if (source.iRecordType != CloudRecord) // the cloud ends a finished transfer by itself
-            (this->*source.pStop)(strRecordId, StopCode::Finished, QString());
-    }
-}
-
-// The device source tells the client after it acted, because only then it is known whether the task is tried again.
-void RecordDownloadModule::OnDownloadDeviceRecordState(QString strRecordID, int iCode)
-{
-    Q_ASSERT(QThread::currentThread() == thread());
-    const DownloadRecordInfoPtr pTask = m_listRunDeviceRecord.Find(strRecordID);
-    if (!pTask)
+    const Source& source = SourceOf(pTask);
+    const Outcome outcome = OutcomeOf(source, iCode);
+    const auto pRecord = std::dynamic_pointer_cast<DownloadDeviceRecordInfo>(pTask->pRecord);
+    if (outcome == Outcome::Refused && !pRecord)
         return;
-    Recovery recovery = Recovery::GivenUp;
-    if (iCode != StateCode::Refused)
-        ActOnState(Sources[DeviceRecord], pTask, iCode);
-    else if (const auto pRecord = std::dynamic_pointer_cast<DownloadDeviceRecordInfo>(pTask))
-        recovery = RecoverPassword(pRecord);
-    else
-        return;
-    if (recovery != Recovery::Dropped)
-        TellDeviceState(*pTask, iCode, recovery == Recovery::Requeued);
-    if (iCode != StateCode::Running)
-        StartNextDeviceDownload();
-}
-
-void RecordDownloadModule::TellDeviceState(const DownloadRecordInfo& record, int iCode, bool bReget)
-{
-    if (iCode == StateCode::Running) {
-        const auto count = m_mapDevicePwdCount.find(record.strDeviceId.toStdString());
-        if (count != m_mapDevicePwdCount.end())
-            count->second = 0;
+    if (IsEnd(outcome))
+        Move(pTask, TaskState::Ending);
+    const bool bActed = outcome == Outcome::Refused ? RecoverPassword(pTask, *pRecord)
+                                                    : !IsEnd(outcome) || ActOnEnd(source, pTask, outcome);
+    if (!bActed)
+        return; // the client dropped it meanwhile
+    const TaskState told = pTask->state;
+    const bool bReget = told == TaskState::Waiting;
+    if (outcome == Outcome::Running) {
+        ResetPasswordCount(*pTask->pRecord);
     } else {
-        QJsonObject event = StateEventOf(record, iCode);
+        QJsonObject event = StateEventOf(*pTask->pRecord, iCode);
         event.insert(HostEvents::KeyReget, bReget);
         NotifyState(event);
     }
-    emit SignalDownloadRecordStates(record.strRecordId, iCode, bReget);
+    if (pTask->state == told)
+        emit SignalDownloadRecordStates(pTask->strRecordId, iCode, bReget);
+    if (outcome != Outcome::Running)
+        (this->*source.pStartNext)();
+}
+
+// What the end of a transfer leads to. False when the client dropped the task meanwhile.
+bool RecordDownloadModule::ActOnEnd(const Source& source, const DownloadTaskPtr& pTask, Outcome outcome)
+{
+    if (outcome == Outcome::Finished)
+        return EndFinished(source, pTask);
+    const StopCode code = outcome == Outcome::Refused ? StopCode::Refused : StopCode::Failed;
+    (this->*source.pStop)(pTask->strRecordId, code, QString());
+    return !pTask->bDropped;
+}
+
+bool RecordDownloadModule::EndFinished(const Source& source, const DownloadTaskPtr& pTask)
+{
+    const DownloadTasks others = (this->*source.pRunning).TasksOf(pTask->strRecordId);
+    (this->*source.pRegisterFinished)(pTask);
+    if (pTask->state != TaskState::Ending)
+        return false;
+    m_promisedPaths.Release(pTask->pRecord->strDownloadPath, pTask->strRecordId);
+    if (source.afterFinish != AfterFinish::Stop)
+        Move(pTask, TaskState::Outside);
+    if (source.afterFinish != AfterFinish::Leave)
+        (this->*source.pStop)(pTask->strRecordId, StopCode::Finished, QString());
+    else
+        StopTwins(source, pTask, others);
+    return !pTask->bDropped;
+}
+
+// A recording that was asked for twice has arrived: the host has one transfer of an id, and it has ended.
+void RecordDownloadModule::StopTwins(const Source& source, const DownloadTaskPtr& pTask, const DownloadTasks& others)
+{
+    for (const DownloadTaskPtr& pOther : others) {
+        if (pOther != pTask && pOther->state == TaskState::Running && TakeToStop(pOther))
+            StopTasks(source, pOther->strRecordId, {pOther}, StopCode::Deleted, pOther->pRecord->strDownloadPath);
+    }
+}
+
+void RecordDownloadModule::ResetPasswordCount(const DownloadRecordInfo& record)
+{
+    const auto count = m_mapDevicePwdCount.find(record.strDeviceId.toStdString());
+    if (count != m_mapDevicePwdCount.end())
+        count->second = 0;
 }

@@ -5,38 +5,79 @@
 #include "KXBase/GKXObserver.h"
 #include "KXBase/PictureDownloader.h"
 #include "KXLogic/KXLogic.h"
+#include "KXLogic/KXLogicModules.h"
 #include "Model/HostEvents.h"
 #include "Module/EngineLog.h"
 
 #include <QtCore/QDataStream>
+#include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtCore/QScopedValueRollback>
+#include <QtCore/QThread>
+
+#include <algorithm>
 
 using namespace KXDownLoadList;
 
 using Engine = RecordDownloadModule;
 
+namespace {
+
+template <class Record>
+DownloadRecordInfoPtr Make()
+{
+    return std::make_shared<Record>();
+}
+
+int StopCloudInHost(KXLogic::IDownloadLogic& logic, const QString& strRecordId)
+{
+    return logic.StopCloudRecordDownload(strRecordId.toLongLong(nullptr, 10));
+}
+
+template <int (KXLogic::IDownloadLogic::*Stop)(const std::string&)>
+int StopInHostById(KXLogic::IDownloadLogic& logic, const QString& strRecordId)
+{
+    return (logic.*Stop)(strRecordId.toStdString());
+}
+
+// The step to a parent folder is taken out of a path: behind a folder that is missing it leads nowhere.
+QString WithoutParentSteps(const QString& strPath)
+{
+    return strPath.contains(QLatin1String("/../")) ? QDir::cleanPath(strPath) : strPath;
+}
+
+} // namespace
+
 const RecordDownloadModule::Source RecordDownloadModule::Sources[4] = {
-    {CloudRecord, 3, 0, false, false, &Engine::m_listWaitCloudRecord, &Engine::m_listRunCloudRecord,
-     &Engine::StartNextCloudDownload, &Engine::StartCloudDownload, &Engine::StopCloudDownload,
-     &Engine::FinishCloudDownload, &Engine::RegisterCloudFinishedFile},
-    {DeviceRecord, 2, 1, true, true, &Engine::m_listWaitDeviceRecord, &Engine::m_listRunDeviceRecord,
-     &Engine::StartNextDeviceDownload, &Engine::StartDeviceDownload, &Engine::StopDeviceDownload,
-     &Engine::FinishDeviceDownload, &Engine::RegisterDeviceFinishedFile},
+    // The cloud ends a finished transfer by itself.
+    {CloudRecord, 3, 0, HoldsFirst | RemovesWaiting | Aborts, AfterFinish::Leave, &Make<DownloadCloudRecordInfo>,
+     &Engine::m_listWaitCloudRecord, &Engine::m_listRunCloudRecord, &Engine::StartNextCloudDownload,
+     &Engine::StartCloudDownload, &StopCloudInHost, &Engine::StopCloudDownload, &Engine::FinishCloudDownload,
+     &Engine::RegisterCloudFinishedFile, &Engine::TellThenAct},
+    // The client hears of a device's state when it is known whether the task is tried again.
+    {DeviceRecord, 2, 1, WaitsForPassword | KeepsFailed | RemovesWaiting, AfterFinish::LeaveThenStop,
+     &Make<DownloadDeviceRecordInfo>, &Engine::m_listWaitDeviceRecord, &Engine::m_listRunDeviceRecord,
+     &Engine::StartNextDeviceDownload, &Engine::StartDeviceDownload,
+     &StopInHostById<&KXLogic::IDownloadLogic::StopDeviceRecordDownload>, &Engine::StopDeviceDownload,
+     &Engine::FinishDeviceDownload, &Engine::RegisterDeviceFinishedFile, &Engine::ActThenTell},
     // The client counts recordings over the IOT LAN as the device's own.
-    {IOTLanRecord, 1, 1, false, false, &Engine::m_listWaitIOTLanRecord, &Engine::m_listRunIOTLanRecord,
-     &Engine::StartNextIOTLanDownload, &Engine::StartIOTLanDownload, &Engine::StopIOTLanDownload,
-     &Engine::FinishIOTLanDownload, &Engine::RegisterIOTLanFinishedFile},
-    {LanModuleRecord, 1, 2, false, false, &Engine::m_listWaitLanModuleRecord, &Engine::m_listRunLanModuleRecord,
-     &Engine::StartNextLanModuleDownload, &Engine::StartLanModuleDownload, &Engine::StopLanModuleDownload,
-     &Engine::FinishLanModuleDownload, &Engine::RegisterLanModuleFinishedFile},
+    {IOTLanRecord, 1, 1, AnswersQuestions | LogsStates, AfterFinish::Stop, &Make<DownloadLanModuleRecordInfo>,
+     &Engine::m_listWaitIOTLanRecord, &Engine::m_listRunIOTLanRecord, &Engine::StartNextIOTLanDownload,
+     &Engine::StartIOTLanDownload, &StopInHostById<&KXLogic::IDownloadLogic::StopIOTLanRecordDownload>,
+     &Engine::StopIOTLanDownload, &Engine::FinishIOTLanDownload, &Engine::RegisterIOTLanFinishedFile,
+     &Engine::TellThenAct},
+    {LanModuleRecord, 1, 2, AnswersQuestions, AfterFinish::Stop, &Make<DownloadLanModuleRecordInfo>,
+     &Engine::m_listWaitLanModuleRecord, &Engine::m_listRunLanModuleRecord, &Engine::StartNextLanModuleDownload,
+     &Engine::StartLanModuleDownload, &StopInHostById<&KXLogic::IDownloadLogic::StopLanModuleRecordDownload>,
+     &Engine::StopLanModuleDownload, &Engine::FinishLanModuleDownload, &Engine::RegisterLanModuleFinishedFile,
+     &Engine::TellThenAct},
 };
 
 const RecordDownloadModule::Source* RecordDownloadModule::SourceOf(int iRecordType)
 {
-    const bool bKnown = iRecordType >= CloudRecord && iRecordType <= LanModuleRecord;
+    const bool bKnown = iRecordType >= 0 && iRecordType < static_cast<int>(std::size(Sources));
     return bKnown ? &Sources[iRecordType] : nullptr;
 }
 
@@ -107,123 +148,176 @@ void RecordDownloadModule::Shutdown()
     ClearAllDownloads();
 }
 
+// The one place where a task changes its state, and with it its queue.
+void RecordDownloadModule::Move(const DownloadTaskPtr& pTask, TaskState to)
+{
+    Q_ASSERT(QThread::currentThread() == thread());
+    Q_ASSERT(IsTaskArrow(pTask->state, to));
+    RecordQueue* pFrom = QueueOf(SourceOf(pTask), pTask->state);
+    RecordQueue* pTo = QueueOf(SourceOf(pTask), to);
+    pTask->state = to;
+    if (pFrom == pTo)
+        return;
+    if (pFrom)
+        pFrom->Remove(pTask);
+    if (pTo)
+        pTo->Append(pTask);
+}
+
+RecordQueue* RecordDownloadModule::QueueOf(const Source& source, TaskState state)
+{
+    switch (state) {
+    case TaskState::Outside:
+        return nullptr;
+    case TaskState::Held:
+        return &m_listPendingCloudRecord;
+    case TaskState::Entering:
+    case TaskState::Waiting:
+    case TaskState::Starting:
+        return &(this->*source.pWaiting);
+    case TaskState::Running:
+    case TaskState::Ending:
+    case TaskState::Stopping:
+        return &(this->*source.pRunning);
+    }
+    return nullptr;
+}
+
+// All tasks of that id and source, held, waiting and running.
+DownloadTasks RecordDownloadModule::TasksOf(const Source& source, const QString& strRecordId) const
+{
+    DownloadTasks tasks = (this->*source.pWaiting).TasksOf(strRecordId) + (this->*source.pRunning).TasksOf(strRecordId);
+    if (source.Has(HoldsFirst))
+        tasks += m_listPendingCloudRecord.TasksOf(strRecordId);
+    return tasks;
+}
+
+// True when the id waits or runs. What the client dropped leaves its id free, also while the host still has it.
+bool RecordDownloadModule::IsListed(const Source& source, const QString& strRecordId) const
+{
+    const DownloadTasks tasks = TasksOf(source, strRecordId);
+    return std::any_of(tasks.begin(), tasks.end(), [](const DownloadTaskPtr& pTask) {
+        return pTask->state != TaskState::Held && !pTask->bDropped;
+    });
+}
+
+TaskState RecordDownloadModule::StateOf(const DownloadRecordInfoPtr& pRecord) const
+{
+    const Source* pSource = SourceOf(pRecord->iRecordType);
+    const DownloadTasks tasks = pSource ? TasksOf(*pSource, pRecord->strRecordId) : DownloadTasks();
+    for (const DownloadTaskPtr& pTask : tasks) {
+        if (pTask->pRecord == pRecord && !pTask->bDropped)
+            return pTask->state;
+    }
+    return TaskState::Outside;
+}
+
 void RecordDownloadModule::OnGetDownloadList(QVariantList list)
 {
     if (list.size() < 2)
         return;
-    const QByteArray bytes = list[0].toByteArray();
+    const Source* pSource = SourceOf(list[1].toInt());
+    if (!pSource)
+        return;
     m_mapNextCounter.clear();
     FolderListing listing;
     const QScopedValueRollback<FolderListing*> listed(m_pFolderListing, &listing);
-    switch (list[1].toInt()) {
-    case CloudRecord:
-        ReceiveRecords<DownloadCloudRecordInfo>(bytes);
-        break;
-    case DeviceRecord:
-        ReceiveRecords<DownloadDeviceRecordInfo>(bytes);
-        break;
-    case IOTLanRecord:
-    case LanModuleRecord:
-        ReceiveRecords<DownloadLanModuleRecordInfo>(bytes);
-        break;
-    default:
-        break;
-    }
+    ReceiveRecords(*pSource, list[0].toByteArray());
     m_mapNextCounter.clear();
 }
 
 // A short stream leaves its last record partly filled, and that record is queued like the others. A stream that is
-// corrupt cannot be trusted from there on.
-template <class Record>
-void RecordDownloadModule::ReceiveRecords(const QByteArray& bytes)
+// corrupt cannot be trusted from there on. A record that is ignored takes no path.
+void RecordDownloadModule::ReceiveRecords(const Source& source, const QByteArray& bytes)
 {
     QDataStream stream(bytes);
     while (!stream.atEnd() && stream.status() == QDataStream::Ok) {
-        const auto pTask = std::make_shared<Record>();
-        pTask->Deserialize(stream);
+        const DownloadRecordInfoPtr pRecord = source.pMakeRecord();
+        pRecord->Deserialize(stream);
         if (stream.status() == QDataStream::ReadCorruptData) {
             KX_ENGINE_LOG(LogFailure, "RecordDownloadModule::OnGetDownloadList",
                           "The record list is corrupt, it is read no further.");
             return;
         }
-        pTask->strFileName = QFileInfo(pTask->strDownloadPath).fileName();
-        pTask->strDownloadPath = MakeUniqueFilePath(pTask->strDownloadPath);
-        m_promisedPaths.Hold(pTask);
-        AddDownloadRecord(pTask, false);
+        const Source* pOwn = SourceOf(pRecord->iRecordType);
+        if (!pOwn || IsListed(*pOwn, pRecord->strRecordId))
+            continue;
+        pRecord->strFileName = QFileInfo(pRecord->strDownloadPath).fileName();
+        pRecord->strDownloadPath = MakeUniqueFilePath(WithoutParentSteps(pRecord->strDownloadPath));
+        m_promisedPaths.Hold(pRecord);
+        AddDownloadRecord(pRecord);
     }
 }
 
+void RecordDownloadModule::AddDownloadRecord(const DownloadRecordInfoPtr& pRecord)
+{
+    if (const DownloadTaskPtr pTask = TakeIn(pRecord, false))
+        GoOn(pTask);
+}
+
+// All are taken in before the first goes on: what drops them meanwhile finds them all.
 void RecordDownloadModule::StartRecordDownloads(const QList<DownloadRecordInfoPtr>& list)
 {
-    const quint64 uClears = m_uClears;
-    for (const DownloadRecordInfoPtr& pTask : list) {
-        if (uClears != m_uClears)
-            break; // the client cleared everything inside a start, and the rest with it
-        if (m_promisedPaths.IsTaken(pTask->strDownloadPath, pTask))
-            pTask->strDownloadPath = MakeUniqueFilePath(pTask->strDownloadPath);
-        m_promisedPaths.Hold(pTask);
-        AddDownloadRecord(pTask, true);
+    DownloadTasks tasks;
+    for (const DownloadRecordInfoPtr& pRecord : list) {
+        if (m_promisedPaths.IsTaken(pRecord->strDownloadPath, pRecord))
+            pRecord->strDownloadPath = MakeUniqueFilePath(pRecord->strDownloadPath);
+        m_promisedPaths.Hold(pRecord);
+        if (const DownloadTaskPtr pTask = TakeIn(pRecord, true))
+            tasks.append(pTask);
     }
     m_mapNextCounter.clear();
+    for (const DownloadTaskPtr& pTask : qAsConst(tasks))
+        GoOn(pTask);
 }
 
-void RecordDownloadModule::AddDownloadRecord(const DownloadRecordInfoPtr& pTask, bool bHasRow)
+// A new task of that record; null when its id waits or runs, or when it is held already and resumed once more.
+// `bHasRow`: the panel shows it.
+DownloadTaskPtr RecordDownloadModule::TakeIn(const DownloadRecordInfoPtr& pRecord, bool bHasRow)
 {
-    const Source* pSource = SourceOf(pTask->iRecordType);
-    if (!pSource)
-        return;
-    RecordQueue& waiting = this->*pSource->pWaiting;
-    const RecordQueue& running = this->*pSource->pRunning;
-    const auto isListed = [&] {
-        return waiting.Contains(pTask->strRecordId) || running.Contains(pTask->strRecordId) ||
-               (pSource->iRecordType == DeviceRecord && m_listRequeueDeviceRecord.Contains(pTask->strRecordId));
-    };
-    if (isListed())
-        return;
-    if (pSource->iRecordType == CloudRecord) {
-        AddCloudRecord(pTask, bHasRow);
-        return;
-    }
-    const quint64 uClears = m_uClears;
-    emit SignalAddDownloadInfo(pTask);
-    if (uClears != m_uClears || isListed())
-        return; // the client hears of the row at once, and may have cleared everything or sent the record again
-    waiting.Append(pTask);
-    (this->*pSource->pStartNext)();
+    const Source* pSource = SourceOf(pRecord->iRecordType);
+    if (!pSource || IsListed(*pSource, pRecord->strRecordId) || StateOf(pRecord) != TaskState::Outside)
+        return nullptr;
+    const auto pTask = std::make_shared<DownloadTask>(pRecord);
+    pTask->bHasRow = bHasRow;
+    Move(pTask, pSource->Has(HoldsFirst) ? TaskState::Held : TaskState::Entering);
+    return pTask;
 }
 
-// A cloud task is held until its password or else its picture is settled.
-void RecordDownloadModule::AddCloudRecord(const DownloadRecordInfoPtr& pTask, bool bHasRow)
+void RecordDownloadModule::GoOn(const DownloadTaskPtr& pTask)
 {
-    const auto isThis = [&pTask](const DownloadRecordInfo& record) { return &record == pTask.get(); };
-    if (m_listPendingCloudRecord.FindIf(pTask->strRecordId, isThis))
-        return; // resumed twice; a repeated request is a task of its own
-    m_listPendingCloudRecord.Append(pTask);
-    const auto pRecord = std::dynamic_pointer_cast<DownloadCloudRecordInfo>(pTask);
-    if (!pRecord)
+    if (pTask->state == TaskState::Entering)
+        return Enter(pTask);
+    const auto pRecord = std::dynamic_pointer_cast<DownloadCloudRecordInfo>(pTask->pRecord);
+    if (pTask->state != TaskState::Held || !pRecord)
         return;
     if (!pRecord->strCloudText2.isEmpty() && !pRecord->strText1.isEmpty())
-        RequestCloudPassword(*pRecord);
+        RequestCloudPassword(pTask, *pRecord);
     else
-        RequestCloudPicture(*pRecord, bHasRow);
+        RequestCloudPicture(*pRecord);
 }
 
+// The panel makes its row, and the task may start.
+void RecordDownloadModule::Enter(const DownloadTaskPtr& pTask)
+{
+    emit SignalAddDownloadInfo(pTask->pRecord);
+    if (pTask->state != TaskState::Entering)
+        return;
+    Move(pTask, TaskState::Waiting);
+    (this->*SourceOf(pTask).pStartNext)();
+}
+
+// All are dropped before the first is stopped: what the client resumes meanwhile is a new task.
 void RecordDownloadModule::PauseRecordDownloads(const QList<DownloadRecordInfoPtr>& list)
 {
-    for (const DownloadRecordInfoPtr& pTask : list) {
-        const Source* pSource = SourceOf(pTask->iRecordType);
-        if (!pSource)
-            continue;
-        (this->*pSource->pWaiting).Remove(pTask->strRecordId);
-        if (pSource->iRecordType == CloudRecord)
-            m_listPendingCloudRecord.Remove(pTask->strRecordId); // or it would come back by itself
-        if (pSource->iRecordType == DeviceRecord)
-            m_listRequeueDeviceRecord.Remove(pTask->strRecordId); // and so would this
+    QVector<DownloadTasks> dropped;
+    for (const DownloadRecordInfoPtr& pRecord : list) {
+        if (const Source* pSource = SourceOf(pRecord->iRecordType))
+            dropped.append(DropAll(TasksOf(*pSource, pRecord->strRecordId), false));
     }
-    for (const DownloadRecordInfoPtr& pTask : list) {
-        const Source* pSource = SourceOf(pTask->iRecordType);
-        if (pSource && (this->*pSource->pRunning).Contains(pTask->strRecordId))
-            (this->*pSource->pStop)(pTask->strRecordId, StopCode::Paused, QString());
+    for (const DownloadTasks& tasks : qAsConst(dropped)) {
+        if (!tasks.isEmpty())
+            StopTasks(SourceOf(tasks.first()), tasks.first()->strRecordId, tasks, StopCode::Paused, QString());
     }
 }
 
@@ -232,41 +326,30 @@ void RecordDownloadModule::DeleteRecordDownload(int iRecordType, const QString& 
     const Source* pSource = SourceOf(iRecordType);
     if (!pSource)
         return;
-    if (iRecordType == CloudRecord)
-        m_listPendingCloudRecord.Remove(strRecordId);
-    if (iRecordType == DeviceRecord)
-        m_listRequeueDeviceRecord.Remove(strRecordId);
-    (this->*pSource->pStop)(strRecordId, StopCode::Deleted, strPath);
+    const DownloadTasks tasks = DropAll(TasksOf(*pSource, strRecordId), true);
+    StopTasks(*pSource, strRecordId, tasks, StopCode::Deleted, strPath);
     m_promisedPaths.Release(strPath, strRecordId);
 }
 
-// Waiting LAN module and IOT LAN tasks are dropped without touching files, unlike the other two.
+// All are dropped before the first is stopped. Those of the source that stands last in the table go first.
 void RecordDownloadModule::ClearAllDownloads()
 {
-    ++m_uClears;
-    const auto runningLanModule = m_listRunLanModuleRecord.Tasks();
-    const auto runningIOTLan = m_listRunIOTLanRecord.Tasks();
-    const auto runningDevice = m_listRunDeviceRecord.Tasks();
-    const auto runningCloud = m_listRunCloudRecord.Tasks();
-    const auto waitingDevice = m_listWaitDeviceRecord.Tasks();
-    const auto waitingCloud = m_listWaitCloudRecord.Tasks();
-    m_listWaitLanModuleRecord.Clear();
-    m_listWaitIOTLanRecord.Clear();
-    m_listWaitDeviceRecord.Clear();
-    m_listRequeueDeviceRecord.Clear();
-    m_listWaitCloudRecord.Clear();
-    for (const auto& pTask : runningLanModule)
-        StopLanModuleDownload(pTask->strRecordId, StopCode::Deleted, pTask->strDownloadPath);
-    for (const auto& pTask : runningIOTLan)
-        StopIOTLanDownload(pTask->strRecordId, StopCode::Deleted, pTask->strDownloadPath);
-    for (const auto& pTask : waitingDevice)
-        RemoveFileJpg(pTask->strDownloadPath);
-    for (const auto& pTask : runningDevice)
-        StopDeviceDownload(pTask->strRecordId, StopCode::Deleted, pTask->strDownloadPath);
-    for (const auto& pTask : waitingCloud)
-        RemoveFileJpg(pTask->strDownloadPath);
-    for (const auto& pTask : runningCloud)
-        StopCloudDownload(pTask->strRecordId, StopCode::Deleted, pTask->strDownloadPath);
+    DownloadTasks waiting[std::size(Sources)];
+    DownloadTasks running[std::size(Sources)];
+    for (const Source& source : Sources) {
+        waiting[source.iRecordType] = (this->*source.pWaiting).Tasks();
+        running[source.iRecordType] = DropAll((this->*source.pRunning).Tasks(), true);
+        DropAll(waiting[source.iRecordType], true);
+    }
+    for (int iType = static_cast<int>(std::size(Sources)) - 1; iType >= 0; --iType) {
+        const Source& source = Sources[iType];
+        for (const DownloadTaskPtr& pTask : qAsConst(waiting[iType])) {
+            if (source.Has(RemovesWaiting) && pTask->state == TaskState::Outside)
+                RemoveFileJpg(pTask->pRecord->strDownloadPath);
+        }
+        for (const DownloadTaskPtr& pTask : qAsConst(running[iType]))
+            StopTasks(source, pTask->strRecordId, {pTask}, StopCode::Deleted, pTask->pRecord->strDownloadPath);
+    }
 }
 
 void RecordDownloadModule::OnClearListForRecDiskFull(QVariantList list)
@@ -304,8 +387,10 @@ void RecordDownloadModule::OnGetDownloadStates(QVariantList list)
 // The client asks this of the LAN sources only; for the others the answer is always no.
 bool RecordDownloadModule::IsInDownloadList(int iRecordType, const QString& strRecordId) const
 {
-    if (iRecordType != IOTLanRecord && iRecordType != LanModuleRecord)
+    const Source* pSource = SourceOf(iRecordType);
+    if (!pSource || !pSource->Has(AnswersQuestions))
         return false;
-    const Source& source = Sources[iRecordType];
-    return (this->*source.pWaiting).Contains(strRecordId) || (this->*source.pRunning).Contains(strRecordId);
+    const DownloadTasks tasks = TasksOf(*pSource, strRecordId);
+    return std::any_of(tasks.begin(), tasks.end(),
+                       [](const DownloadTaskPtr& pTask) { return pTask->state != TaskState::Entering; });
 }

@@ -7,6 +7,7 @@
 #include "Module/PictrueDecrypt.h"
 #include "Module/PromisedPaths.h"
 #include "Module/RecordQueue.h"
+#include "Module/StopCode.h"
 
 #include <QtCore/QMutex>
 #include <QtCore/QObject>
@@ -25,22 +26,16 @@ class IDownloadLogic;
 struct DownloadRequest;
 } // namespace KXLogic
 
-// What a task is stopped for; decides whether its partial file stays.
-namespace StopCode {
-constexpr int Retry = 0; // it is queued again, for a password
-constexpr int Finished = 2;
-constexpr int Failed = 3; // the file goes, where the source does not keep it
-constexpr int Refused = 4;
-constexpr int Paused = 5;
-constexpr int Deleted = 6; // the file goes
-} // namespace StopCode
-
 // The download engine: queues the recordings that the client asks for by event, runs a fixed number of transfers per
 // source through the host's download module, and tells the panel and the client what becomes of them.
 //
-// Its sources are one mechanism: a Source names what differs, and the operations named per source (StartCloudDownload
-// and so on) are what the mechanism calls. The code lies in six rooms: RecordDownloadCore and -Schedulers, -Callbacks,
-// -Passwords, -Storage, -Pictures.
+// Its sources are one mechanism: a Source names all that differs, and the operations named per source
+// (StartCloudDownload and so on) are what the mechanism calls. The code lies in six rooms: RecordDownloadCore and
+// -Schedulers, -Callbacks, -Passwords, -Storage, -Pictures.
+//
+// The host, the client, the panel and the database may call back from inside any call to them. After each such call the
+// engine goes on with the task that it has in hand, and only when that task's state is still the one it left, see
+// DownloadTask. It must not be destroyed inside such a call.
 //
 // Thread: everything on the thread that made the engine, the host's GUI thread, except where a comment says otherwise.
 // Ownership: the engine belongs to the panel. Call Shutdown before destroying it.
@@ -60,6 +55,10 @@ public:
     void DeleteRecordDownload(int iRecordType, const QString& strRecordId, const QString& strPath);
     // Ends all work and leaves the host; nothing is started afterwards. Safe to call again.
     void Shutdown();
+    // Where this very record stands; Outside, too, when it was dropped and the host still has it.
+    TaskState StateOf(const DownloadRecordInfoPtr& pRecord) const;
+    // Removes a file that no task writes, and the picture beside it.
+    void RemoveFileJpg(const QString& strFilePath);
 
     // From IKXLogicObserver. Runs on a host thread; touches the password request list only, under its mutex.
     void OnLogicMessage(const KXLogic::LogicMessage& message) override;
@@ -109,32 +108,48 @@ private slots:
     void OnGetDevicePassword(int iResult, int64_t lChannelId, QString strUserName, QString strPwd, QString strUserInfo);
 
 private:
+    // What a state code says of a transfer. Unknown ones are passed on.
+    enum class Outcome { Running, Failed, Finished, Refused, Unknown };
+    // What a finished task's transfer gets.
+    enum class AfterFinish {
+        Leave, // it is taken out
+        Stop,  // the host stops it, then it is taken out
+        LeaveThenStop
+    };
     // What differs between the sources; one row of the table for each.
+    enum Trait {
+        HoldsFirst = 1,        // a task is held until its password or else its picture is settled
+        WaitsForPassword = 2,  // nothing starts while a device password is being fetched
+        KeepsFailed = 4,       // a failed transfer's partial file stays
+        RemovesWaiting = 8,    // the files of waiting tasks go when all tasks are dropped
+        Aborts = 16,           // state code 100 is a failure
+        AnswersQuestions = 32, // the client may ask whether a recording is in the list
+        LogsStates = 64        // each state is logged
+    };
     struct Source
     {
         int iRecordType;
-        int iLimit;          // transfers at a time
-        int iReportedKind;   // source kind of the download report
-        bool bKeepsFailed;   // a failed transfer's partial file stays
-        bool bWaitsPassword; // nothing starts while a device password is being fetched
+        int iLimit;        // transfers at a time
+        int iReportedKind; // source kind of the download report
+        int iTraits;
+        AfterFinish afterFinish;
+        DownloadRecordInfoPtr (*pMakeRecord)();
         RecordQueue RecordDownloadModule::*pWaiting;
         RecordQueue RecordDownloadModule::*pRunning;
         void (RecordDownloadModule::*pStartNext)();
-        bool (RecordDownloadModule::*pStart)(const DownloadRecordInfoPtr& pTask);
-        void (RecordDownloadModule::*pStop)(const QString& strRecordId, int iCode, const QString& strPath);
-        void (RecordDownloadModule::*pFinish)(const QString& strRecordId);
-        void (RecordDownloadModule::*pRegisterFinished)(const QString& strRecordId);
+        bool (RecordDownloadModule::*pStart)(const DownloadRecordInfoPtr& pRecord);
+        int (*pHostStop)(KXLogic::IDownloadLogic& logic, const QString& strRecordId);
+        void (RecordDownloadModule::*pStop)(const QString& strRecordId, StopCode code, const QString& strPath);
+        void (RecordDownloadModule::*pFinish)(const DownloadTasks& tasks, StopCode code);
+        void (RecordDownloadModule::*pRegisterFinished)(const DownloadTaskPtr& pTask);
+        void (RecordDownloadModule::*pHandleState)(const DownloadTaskPtr& pTask, int iCode);
+
+        bool Has(Trait trait) const { return (iTraits & trait) != 0; }
     };
     static const Source Sources[4]; // position = record type
     // The row of that record type; null for an unknown type.
     static const Source* SourceOf(int iRecordType);
-
-    // What became of a refused device task.
-    enum class Recovery {
-        Requeued,
-        GivenUp,
-        Dropped // the client paused, deleted or cleared it meanwhile
-    };
+    static const Source& SourceOf(const DownloadTaskPtr& pTask) { return *SourceOf(pTask->pRecord->iRecordType); }
 
     // What a cover picture was asked for with.
     struct CloudPictureInfo
@@ -146,7 +161,6 @@ private:
         QString strPictureKey;
         QString strDownloadPath;
         QString strKeyText;
-        bool bHasRow;
     };
     // The requests for one URL, oldest first; the first `iDecrypting` of them are with the decrypter.
     struct CloudPictures
@@ -157,72 +171,98 @@ private:
 
     // Core
     void RegisterWithHost();
-    template <class Record>
-    void ReceiveRecords(const QByteArray& bytes);
-    // `bHasRow`: the panel shows the task already.
-    void AddDownloadRecord(const DownloadRecordInfoPtr& pTask, bool bHasRow);
-    void AddCloudRecord(const DownloadRecordInfoPtr& pTask, bool bHasRow);
+    void Move(const DownloadTaskPtr& pTask, TaskState to);
+    RecordQueue* QueueOf(const Source& source, TaskState state);
+    DownloadTasks TasksOf(const Source& source, const QString& strRecordId) const;
+    bool IsListed(const Source& source, const QString& strRecordId) const;
+    void ReceiveRecords(const Source& source, const QByteArray& bytes);
+    void AddDownloadRecord(const DownloadRecordInfoPtr& pRecord);
+    DownloadTaskPtr TakeIn(const DownloadRecordInfoPtr& pRecord, bool bHasRow);
+    void GoOn(const DownloadTaskPtr& pTask);
+    void Enter(const DownloadTaskPtr& pTask);
     void ClearAllDownloads();
     bool IsInDownloadList(int iRecordType, const QString& strRecordId) const;
 
-    // Schedulers
+    // Schedulers: start what waits, as far as places are free
     void StartNextCloudDownload();
     void StartNextDeviceDownload();
     void StartNextIOTLanDownload();
     void StartNextLanModuleDownload();
     void StartNextDownload(const Source& source);
-    bool StartCloudDownload(const DownloadRecordInfoPtr& pTask);
-    bool StartDeviceDownload(const DownloadRecordInfoPtr& pTask);
-    bool StartIOTLanDownload(const DownloadRecordInfoPtr& pTask);
-    bool StartLanModuleDownload(const DownloadRecordInfoPtr& pTask);
-    void StopCloudDownload(const QString& strRecordId, int iCode, const QString& strPath);
-    void StopDeviceDownload(const QString& strRecordId, int iCode, const QString& strPath);
-    void StopIOTLanDownload(const QString& strRecordId, int iCode, const QString& strPath);
-    void StopLanModuleDownload(const QString& strRecordId, int iCode, const QString& strPath);
-    void DropStopped(const Source& source, const QString& strRecordId, int iCode, const QString& strPath);
-    void FinishCloudDownload(const QString& strRecordId);
-    void FinishDeviceDownload(const QString& strRecordId);
-    void FinishIOTLanDownload(const QString& strRecordId);
-    void FinishLanModuleDownload(const QString& strRecordId);
-    void FinishDownload(const Source& source, const QString& strRecordId);
+    DownloadTaskPtr NextToStart(const Source& source);
+    void StartDownload(const Source& source, const DownloadTaskPtr& pTask);
+    void EndDroppedStart(const Source& source, const DownloadTaskPtr& pTask, KXLogic::IDownloadLogic* pStartedBy);
+    bool CanStart(const KXDownLoadList::DownloadRecordInfo& record);
+    bool StartCloudDownload(const DownloadRecordInfoPtr& pRecord);
+    bool StartDeviceDownload(const DownloadRecordInfoPtr& pRecord);
+    bool StartIOTLanDownload(const DownloadRecordInfoPtr& pRecord);
+    bool StartLanModuleDownload(const DownloadRecordInfoPtr& pRecord);
+
+    // Stops
+    void StopCloudDownload(const QString& strRecordId, StopCode code, const QString& strPath);
+    void StopDeviceDownload(const QString& strRecordId, StopCode code, const QString& strPath);
+    void StopIOTLanDownload(const QString& strRecordId, StopCode code, const QString& strPath);
+    void StopLanModuleDownload(const QString& strRecordId, StopCode code, const QString& strPath);
+    void StopDownload(const Source& source, const QString& strRecordId, StopCode code, const QString& strPath);
+    bool TakeToStop(const DownloadTaskPtr& pTask);
+    bool Drop(const DownloadTaskPtr& pTask, bool bRemovesFile);
+    DownloadTasks DropAll(const DownloadTasks& tasks, bool bRemovesFile);
+    void StopTasks(const Source& source, const QString& strRecordId, const DownloadTasks& tasks, StopCode code,
+                   const QString& strPath);
+    DownloadTasks StoppedElsewhere(const Source& source, const QString& strRecordId, const DownloadTasks& tasks) const;
+    void StopInHost(const Source& source, const QString& strRecordId, KXLogic::IDownloadLogic* pLogic);
+    bool IsStoppedInHost(const Source& source, const QString& strRecordId) const;
+    void FinishCloudDownload(const DownloadTasks& tasks, StopCode code);
+    void FinishDeviceDownload(const DownloadTasks& tasks, StopCode code);
+    void FinishIOTLanDownload(const DownloadTasks& tasks, StopCode code);
+    void FinishLanModuleDownload(const DownloadTasks& tasks, StopCode code);
+    void FinishDownload(const Source& source, const DownloadTasks& tasks, StopCode code);
 
     // Callbacks and states
     void HandleState(const Source& source, const QString& strRecordId, int iCode);
-    void ActOnState(const Source& source, const DownloadRecordInfoPtr& pTask, int iCode);
-    void TellDeviceState(const KXDownLoadList::DownloadRecordInfo& record, int iCode, bool bReget);
+    void TellThenAct(const DownloadTaskPtr& pTask, int iCode);
+    void ActThenTell(const DownloadTaskPtr& pTask, int iCode);
+    static Outcome OutcomeOf(const Source& source, int iCode);
+    static bool IsEnd(Outcome outcome);
+    bool ActOnEnd(const Source& source, const DownloadTaskPtr& pTask, Outcome outcome);
+    bool EndFinished(const Source& source, const DownloadTaskPtr& pTask);
+    void StopTwins(const Source& source, const DownloadTaskPtr& pTask, const DownloadTasks& others);
+    void ResetPasswordCount(const KXDownLoadList::DownloadRecordInfo& record);
 
     // Passwords
-    Recovery RecoverPassword(const std::shared_ptr<KXDownLoadList::DownloadDeviceRecordInfo>& pTask);
-    Recovery GiveUp(const KXDownLoadList::DownloadDeviceRecordInfo& record, const char* pszWhy);
-    Recovery Requeue(const std::shared_ptr<KXDownLoadList::DownloadDeviceRecordInfo>& pTask, bool bAsks,
-                     const char* pszWhy);
+    bool RecoverPassword(const DownloadTaskPtr& pTask, KXDownLoadList::DownloadDeviceRecordInfo& record);
+    bool GiveUp(const DownloadTaskPtr& pTask, const char* pszWhy);
+    bool Requeue(const DownloadTaskPtr& pTask, KXDownLoadList::DownloadDeviceRecordInfo& record, bool bAsks,
+                 const char* pszWhy);
     void RequestDevicePassword(const KXDownLoadList::DownloadDeviceRecordInfo& record);
     QString AnsweredDevice(const QString& strUserInfo) const;
-    void RequestCloudPassword(const KXDownLoadList::DownloadCloudRecordInfo& record);
-    void ReleaseWithPassword(const QString& strRecordId, const QString& strDeviceId, const QString& strPassword);
+    void RequestCloudPassword(const DownloadTaskPtr& pTask, const KXDownLoadList::DownloadCloudRecordInfo& record);
+    void ReleaseWithPassword(const DownloadTaskPtr& pTask, const QString& strPassword);
     // Runs on a host thread.
     static int CloudPasswordCallback(int ibGet, const char* strPassword, const char* strDeviceSN, int64_t lChannelId,
                                      const char* strRecordId, const char* strPath, void* pUser);
 
     // Storage
     bool EnsureDownloadPathExists(const QString& strFilePath);
+    bool MakeFolderOf(const QString& strFilePath);
     QString MakeUniqueFilePath(const QString& strFilePath);
     bool IsFreePath(const QString& strFilePath) const;
     bool JudgeDiskIsFull();
-    void RemoveFileJpg(const QString& strFilePath);
-    void RegisterCloudFinishedFile(const QString& strRecordId);
-    void RegisterDeviceFinishedFile(const QString& strRecordId);
-    void RegisterIOTLanFinishedFile(const QString& strRecordId);
-    void RegisterLanModuleFinishedFile(const QString& strRecordId);
-    void RegisterFinishedFile(const Source& source, const QString& strRecordId);
+    void RegisterCloudFinishedFile(const DownloadTaskPtr& pTask);
+    void RegisterDeviceFinishedFile(const DownloadTaskPtr& pTask);
+    void RegisterIOTLanFinishedFile(const DownloadTaskPtr& pTask);
+    void RegisterLanModuleFinishedFile(const DownloadTaskPtr& pTask);
+    void RegisterFinishedFile(const Source& source, const DownloadTaskPtr& pTask);
 
     // Pictures
-    void RequestCloudPicture(const KXDownLoadList::DownloadCloudRecordInfo& record, bool bHasRow);
+    // Posted by the decrypter in the place of its signal: the downloaded picture could not be read.
+    Q_INVOKABLE void OnPictureUnreadable(QString strUrl, QString strDownloadPath);
+    void RequestCloudPicture(const KXDownLoadList::DownloadCloudRecordInfo& record);
     std::optional<CloudPictureInfo> TakeDecrypted(const QString& strUrl);
     static bool WasListed(const CloudPictureInfo& info);
     void PictureReady(const CloudPictureInfo& info, const QString& strPath);
     void DropWrongKeyTask(const CloudPictureInfo& info);
-    DownloadRecordInfoPtr HeldTask(const CloudPictureInfo& info) const;
+    DownloadTaskPtr HeldTask(const CloudPictureInfo& info) const;
 
     QList<int64_t> m_listPwdRequest; // guarded by m_pwdRequestMutex
     QMutex m_pwdRequestMutex;
@@ -241,14 +281,13 @@ private:
     RecordQueue m_listRunIOTLanRecord;
     RecordQueue m_listWaitDeviceRecord;
     RecordQueue m_listRunDeviceRecord;
-    RecordQueue m_listRequeueDeviceRecord; // between running and waiting, while the host's stop is on the stack
     std::map<std::string, int> m_mapDevicePwdCount; // password requests of a device since it last ran; for a debugger
     QSet<QString> m_setGettingPasswordDevice;
     bool m_bDiskGuardArmed = false;
     QString m_strDownloadDir;
     bool m_bShuttingDown = false;
-    bool m_starting[4] = {}; // by record type: the host's start operation of that source is on the stack
-    quint64 m_uClears = 0;   // how often all tasks were dropped
+    // The host's stops that are on the stack: a task of such an id starts when the stop has returned.
+    QVector<QPair<const Source*, QString>> m_listHostStop;
     FolderListing* m_pFolderListing = nullptr; // while a list is received
     PromisedPaths m_promisedPaths;
     QHash<QString, int> m_mapNextCounter; // within one received list: counters below it are taken

@@ -25,46 +25,46 @@ void LogRecovery(const DownloadRecordInfo& record, const char* pszWhat)
 
 } // namespace
 
-// A refused transfer is given one more start after a password was fetched, and as many as it takes before that.
-RecordDownloadModule::Recovery
-RecordDownloadModule::RecoverPassword(const std::shared_ptr<DownloadDeviceRecordInfo>& pTask)
+// A refused transfer is given one more start after a password was fetched, and as many as it takes before that. False
+// when the client dropped the task meanwhile; else it waits again, or it is given up and outside.
+bool RecordDownloadModule::RecoverPassword(const DownloadTaskPtr& pTask, DownloadDeviceRecordInfo& record)
 {
-    if (!pTask->bNeedPassword || !pTask->bCanGetPassword || !m_pDeviceLogic)
-        return GiveUp(*pTask, "Download failed,the current record can not get password");
-    if (m_setGettingPasswordDevice.contains(pTask->strDeviceId))
-        return Requeue(pTask, false, "Try download again because this device is getting password");
-    if (!pTask->bGotNewPassword) {
-        m_setGettingPasswordDevice.insert(pTask->strDeviceId);
-        return Requeue(pTask, true, "Get the password and download again");
+    if (!record.bNeedPassword || !record.bCanGetPassword || !m_pDeviceLogic)
+        return GiveUp(pTask, "Download failed,the current record can not get password");
+    if (m_setGettingPasswordDevice.contains(record.strDeviceId))
+        return Requeue(pTask, record, false, "Try download again because this device is getting password");
+    if (!record.bGotNewPassword) {
+        m_setGettingPasswordDevice.insert(record.strDeviceId);
+        return Requeue(pTask, record, true, "Get the password and download again");
     }
-    if (pTask->bRetriedWithNewPassword)
-        return GiveUp(*pTask, "Download failed,the current record has been tried again with the new password");
-    return Requeue(pTask, false, "Try download again because Not been retried with the new password");
+    if (record.bRetriedWithNewPassword)
+        return GiveUp(pTask, "Download failed,the current record has been tried again with the new password");
+    return Requeue(pTask, record, false, "Try download again because Not been retried with the new password");
 }
 
-RecordDownloadModule::Recovery RecordDownloadModule::GiveUp(const DownloadDeviceRecordInfo& record, const char* pszWhy)
+bool RecordDownloadModule::GiveUp(const DownloadTaskPtr& pTask, const char* pszWhy)
 {
-    LogRecovery(record, pszWhy);
-    StopDeviceDownload(record.strRecordId, StopCode::Refused, QString());
-    return Recovery::GivenUp;
+    LogRecovery(*pTask->pRecord, pszWhy);
+    if (pTask->state != TaskState::Ending)
+        return false;
+    StopDeviceDownload(pTask->strRecordId, StopCode::Refused, QString());
+    return !pTask->bDropped;
 }
 
-// The host may come back from inside its calls with what the client does to the task meanwhile.
-RecordDownloadModule::Recovery RecordDownloadModule::Requeue(const std::shared_ptr<DownloadDeviceRecordInfo>& pTask,
-                                                             bool bAsks, const char* pszWhy)
+bool RecordDownloadModule::Requeue(const DownloadTaskPtr& pTask, DownloadDeviceRecordInfo& record, bool bAsks,
+                                   const char* pszWhy)
 {
-    pTask->bRetriedWithNewPassword = true;
-    m_listRequeueDeviceRecord.Append(pTask);
+    record.bRetriedWithNewPassword = true;
     StopDeviceDownload(pTask->strRecordId, StopCode::Retry, QString());
-    if (bAsks && m_listRequeueDeviceRecord.Contains(pTask->strRecordId))
-        RequestDevicePassword(*pTask);
+    if (bAsks && pTask->state == TaskState::Entering && m_pDeviceLogic)
+        RequestDevicePassword(record);
     else if (bAsks)
-        m_setGettingPasswordDevice.remove(pTask->strDeviceId); // nobody is left to ask for
-    if (!m_listRequeueDeviceRecord.RemoveTask(pTask))
-        return Recovery::Dropped;
-    m_listWaitDeviceRecord.Append(pTask);
-    LogRecovery(*pTask, pszWhy);
-    return Recovery::Requeued;
+        m_setGettingPasswordDevice.remove(record.strDeviceId); // nobody is left to ask for
+    if (pTask->state != TaskState::Entering)
+        return false;
+    Move(pTask, TaskState::Waiting);
+    LogRecovery(record, pszWhy);
+    return pTask->state == TaskState::Waiting;
 }
 
 // The mutex is held around the host's call, so that an answer on a host thread finds its handle in the list.
@@ -114,8 +114,8 @@ void RecordDownloadModule::OnGetDevicePassword(int iResult, int64_t, QString, QS
     if (iResult == 0) {
         const std::string strClear =
             KXLogicFunctions::AesDecryptDeviceUserInfo(strDeviceId.toStdString(), strPwd.toStdString());
-        for (const auto& pTask : m_listRunDeviceRecord.Tasks() + m_listWaitDeviceRecord.Tasks()) {
-            const auto pRecord = std::dynamic_pointer_cast<DownloadDeviceRecordInfo>(pTask);
+        for (const DownloadTaskPtr& pTask : m_listRunDeviceRecord.Tasks() + m_listWaitDeviceRecord.Tasks()) {
+            const auto pRecord = std::dynamic_pointer_cast<DownloadDeviceRecordInfo>(pTask->pRecord);
             if (!pRecord || pRecord->strDeviceId != strDeviceId)
                 continue;
             pRecord->strPassword = QString::fromStdString(strClear);
@@ -127,7 +127,7 @@ void RecordDownloadModule::OnGetDevicePassword(int iResult, int64_t, QString, QS
 
 // A query that the host does not take is answered like one without a result: the task goes on with what it has and
 // fails where the user sees it, instead of being held for ever.
-void RecordDownloadModule::RequestCloudPassword(const DownloadCloudRecordInfo& record)
+void RecordDownloadModule::RequestCloudPassword(const DownloadTaskPtr& pTask, const DownloadCloudRecordInfo& record)
 {
     if (m_pCloudLogic && m_pCloudLogic->GetCloudRecordPassword(
                              record.strText1.toStdString(), record.strDeviceId.toStdString(), record.iValue5,
@@ -139,11 +139,7 @@ void RecordDownloadModule::RequestCloudPassword(const DownloadCloudRecordInfo& r
     KX_ENGINE_LOG(LogFailure, "RecordDownloadModule::AddDownloadRecord",
                   "The cloud password could not be asked for.Recordname:%s", record.strText4.toUtf8().constData());
     QMetaObject::invokeMethod(
-        this,
-        [this, strRecordId = record.strRecordId, strDeviceId = record.strDeviceId, strPassword = record.strPassword] {
-            ReleaseWithPassword(strRecordId, strDeviceId, strPassword);
-        },
-        Qt::QueuedConnection);
+        this, [this, pTask] { ReleaseWithPassword(pTask, pTask->pRecord->strPassword); }, Qt::QueuedConnection);
 }
 
 int RecordDownloadModule::CloudPasswordCallback(int ibGet, const char* strPassword, const char* strDeviceSN,
@@ -166,22 +162,25 @@ void RecordDownloadModule::OnGetCloudPasswordFinished(int ibGet, QString strPass
                   "ibGet[%d],strPassword[%s],strDeviceSN[%s],strRecordId[%s],strPath[%s]", ibGet,
                   strPassword.toUtf8().constData(), strDeviceSN.toUtf8().constData(), strRecordId.toUtf8().constData(),
                   strPath.toUtf8().constData());
-    ReleaseWithPassword(strRecordId, strDeviceSN, strPassword);
+    for (const DownloadTaskPtr& pTask : m_listPendingCloudRecord.TasksOf(strRecordId)) {
+        if (pTask->pRecord->strDeviceId == strDeviceSN)
+            return ReleaseWithPassword(pTask, strPassword);
+    }
 }
 
-// Releases the first held task of that record and device.
-void RecordDownloadModule::ReleaseWithPassword(const QString& strRecordId, const QString& strDeviceId,
-                                               const QString& strPassword)
+// The row comes first, then the picture is asked for, and then the task may start.
+void RecordDownloadModule::ReleaseWithPassword(const DownloadTaskPtr& pTask, const QString& strPassword)
 {
-    const DownloadRecordInfoPtr pTask = m_listPendingCloudRecord.FindIf(
-        strRecordId, [&strDeviceId](const DownloadRecordInfo& record) { return record.strDeviceId == strDeviceId; });
-    if (!pTask)
+    if (pTask->state != TaskState::Held)
         return;
-    pTask->strPassword = strPassword;
-    m_listWaitCloudRecord.Append(pTask);
-    m_listPendingCloudRecord.RemoveTask(pTask); // before the signal, inside which it may be paused and held again
-    emit SignalAddDownloadInfo(pTask);
-    if (const auto pRecord = std::dynamic_pointer_cast<DownloadCloudRecordInfo>(pTask))
-        RequestCloudPicture(*pRecord, true);
+    pTask->pRecord->strPassword = strPassword;
+    Move(pTask, TaskState::Entering);
+    emit SignalAddDownloadInfo(pTask->pRecord);
+    const auto pRecord = std::dynamic_pointer_cast<DownloadCloudRecordInfo>(pTask->pRecord);
+    if (pTask->state == TaskState::Entering && pRecord)
+        RequestCloudPicture(*pRecord);
+    if (pTask->state != TaskState::Entering)
+        return;
+    Move(pTask, TaskState::Waiting);
     StartNextCloudDownload();
 }

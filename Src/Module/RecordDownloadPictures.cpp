@@ -17,12 +17,11 @@ constexpr int WrongKey = 2; // result of the host's decryption
 
 } // namespace
 
-void RecordDownloadModule::RequestCloudPicture(const DownloadCloudRecordInfo& record, bool bHasRow)
+void RecordDownloadModule::RequestCloudPicture(const DownloadCloudRecordInfo& record)
 {
     const QString strUrl = record.strCloudText1;
     m_mapCloudPicture[strUrl].infos.append({record.strRecordId, record.strDeviceId, record.strText1, record.strPassword,
-                                            record.strCloudText4, record.strDownloadPath, record.strCloudText2,
-                                            bHasRow});
+                                            record.strCloudText4, record.strDownloadPath, record.strCloudText2});
     if (m_pPictureDownloader) {
         m_pPictureDownloader->get(strUrl);
         return;
@@ -44,7 +43,7 @@ void RecordDownloadModule::OnPictureDownloaded(int iResult, const QString& strUr
         for (const CloudPictureInfo& info : undecrypted) {
             // The cover is saved before the transfer starts; of a task that was deleted meanwhile nothing shall appear.
             if (m_promisedPaths.IsTaken(info.strDownloadPath))
-                EnsureDownloadPathExists(info.strDownloadPath);
+                MakeFolderOf(info.strDownloadPath);
             m_pPictrueDecrypt->Enqueue(
                 {strUrl, strLocalPath, info.strPictureKey, info.strDeviceId, info.strPassword, info.strDownloadPath});
         }
@@ -59,22 +58,28 @@ void RecordDownloadModule::OnPictureDownloaded(int iResult, const QString& strUr
     }
 }
 
-// The request that a result belongs to, taken out of those of its URL.
+// The request that a result belongs to, taken out of those of its URL: the decrypter answers in the order of its jobs.
 std::optional<RecordDownloadModule::CloudPictureInfo> RecordDownloadModule::TakeDecrypted(const QString& strUrl)
 {
-    const QString strOwner = m_pPictrueDecrypt ? m_pPictrueDecrypt->TakeFinished() : QString();
     const auto pictures = m_mapCloudPicture.find(strUrl);
     if (pictures == m_mapCloudPicture.end())
         return std::nullopt;
-    int iInfo = 0;
-    while (iInfo < pictures->iDecrypting && pictures->infos[iInfo].strDownloadPath != strOwner)
-        ++iInfo;
-    // Of a result that is not ours, the oldest.
-    const CloudPictureInfo info = pictures->infos.takeAt(iInfo < pictures->iDecrypting ? iInfo : 0);
+    const CloudPictureInfo info = pictures->infos.takeFirst();
     pictures->iDecrypting = qMax(pictures->iDecrypting - 1, 0);
     if (pictures->infos.isEmpty())
         m_mapCloudPicture.erase(pictures);
     return info;
+}
+
+void RecordDownloadModule::OnPictureUnreadable(QString strUrl, QString strDownloadPath)
+{
+    const std::optional<CloudPictureInfo> info = TakeDecrypted(strUrl);
+    if (!info || m_bShuttingDown)
+        return;
+    KX_ENGINE_LOG(LogFailure, "RecordDownloadModule::OnPictureUnreadable", "The cover picture of %s could not be read.",
+                  strDownloadPath.toUtf8().constData());
+    if (!WasListed(*info))
+        PictureReady(*info, QString());
 }
 
 void RecordDownloadModule::OnPictureDecrptFinished(int iCode, QString strUrl, QString strDecrptLocalPicpath)
@@ -108,34 +113,34 @@ bool RecordDownloadModule::WasListed(const CloudPictureInfo& info)
 // Releases the task that is held for this picture.
 void RecordDownloadModule::PictureReady(const CloudPictureInfo& info, const QString& strPath)
 {
-    const DownloadRecordInfoPtr pTask = HeldTask(info);
+    const DownloadTaskPtr pTask = HeldTask(info);
     if (!pTask)
         return;
-    pTask->strPicturePath = strPath;
-    m_listWaitCloudRecord.Append(pTask);
-    m_listPendingCloudRecord.RemoveTask(pTask); // before the signal, inside which it may be paused and held again
-    emit SignalAddDownloadInfo(pTask);
-    StartNextCloudDownload();
+    pTask->pRecord->strPicturePath = strPath;
+    Move(pTask, TaskState::Entering);
+    Enter(pTask);
 }
 
 // The row of a task that was resumed would wait for ever if it were not told, too.
 void RecordDownloadModule::DropWrongKeyTask(const CloudPictureInfo& info)
 {
-    const DownloadRecordInfoPtr pTask = HeldTask(info);
+    const DownloadTaskPtr pTask = HeldTask(info);
     if (!pTask)
         return;
-    NotifyState(StateEventOf(*pTask, KXLogic::StateCode::Refused));
-    if (HeldTask(info) != pTask)
-        return; // the client paused or deleted it when it heard of the state
-    m_listPendingCloudRecord.RemoveTask(pTask);
-    if (info.bHasRow)
-        emit SignalDownloadRecordStates(info.strRecordId, KXLogic::StateCode::Refused, false);
+    NotifyState(StateEventOf(*pTask->pRecord, KXLogic::StateCode::Refused));
+    if (pTask->state != TaskState::Held)
+        return; // the client dropped it when it heard of the state
+    Move(pTask, TaskState::Outside);
+    if (pTask->bHasRow)
+        emit SignalDownloadRecordStates(pTask->strRecordId, KXLogic::StateCode::Refused, false);
 }
 
 // Each task has a target path of its own, also where record ids repeat.
-DownloadRecordInfoPtr RecordDownloadModule::HeldTask(const CloudPictureInfo& info) const
+DownloadTaskPtr RecordDownloadModule::HeldTask(const CloudPictureInfo& info) const
 {
-    return m_listPendingCloudRecord.FindIf(info.strRecordId, [&info](const DownloadRecordInfo& record) {
-        return record.strDownloadPath == info.strDownloadPath;
-    });
+    for (const DownloadTaskPtr& pTask : m_listPendingCloudRecord.TasksOf(info.strRecordId)) {
+        if (pTask->pRecord->strDownloadPath == info.strDownloadPath)
+            return pTask;
+    }
+    return nullptr;
 }

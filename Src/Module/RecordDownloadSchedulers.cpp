@@ -3,6 +3,7 @@
 #include "Module/RecordDownloadModule.h"
 
 #include "KXLogic/KXLogicModules.h"
+#include "Module/EngineLog.h"
 #include "Module/UnixTime.h"
 
 using namespace KXDownLoadList;
@@ -37,36 +38,74 @@ KXLogic::LanModuleDownloadRequest LanRequestOf(const DownloadLanModuleRecordInfo
     return request;
 }
 
-// The task of that id in the queue as its class; null when it is not there or of another class.
-template <class Record>
-std::shared_ptr<Record> WaitingTask(const RecordQueue& waiting, const QString& strRecordId)
+// Nobody else hears of a start that failed, and its row goes on waiting. True when it succeeded.
+bool HasStarted(const DownloadRecordInfo& record, int iResult)
 {
-    return std::dynamic_pointer_cast<Record>(waiting.Find(strRecordId));
+    if (iResult != 0)
+        KX_ENGINE_LOG(LogFailure, "RecordDownloadModule::StartNextDownload",
+                      "The transfer could not be started.strRecordId[%s],iCode[%d]",
+                      record.strRecordId.toUtf8().constData(), iResult);
+    return iResult == 0;
 }
 
 } // namespace
 
+// What a full disk held back is started at the other sources, too, once there is room again.
 void RecordDownloadModule::StartNextDownload(const Source& source)
 {
-    RecordQueue& waiting = this->*source.pWaiting;
-    RecordQueue& running = this->*source.pRunning;
-    if (source.bWaitsPassword && !m_setGettingPasswordDevice.isEmpty())
+    const bool bGuarded = m_bDiskGuardArmed;
+    while (const DownloadTaskPtr pTask = NextToStart(source))
+        StartDownload(source, pTask);
+    if (!bGuarded || m_bDiskGuardArmed)
         return;
-    bool& bStarting = m_starting[source.iRecordType];
-    if (bStarting)
-        return; // called from inside the host's start: the loop below goes on by itself
-    while (running.Count() < source.iLimit && !waiting.IsEmpty() && !m_bShuttingDown && !JudgeDiskIsFull()) {
-        const DownloadRecordInfoPtr pTask = waiting.First();
-        bStarting = true;
-        const bool bStarted = (this->*source.pStart)(pTask);
-        bStarting = false;
-        if (!waiting.RemoveTask(pTask)) { // paused, deleted or cleared while it was started
-            if (bStarted)
-                (this->*source.pStop)(pTask->strRecordId, StopCode::Paused, QString());
-        } else if (bStarted) {
-            running.Append(pTask);
-        }
+    for (const Source& other : Sources) {
+        if (&other != &source)
+            (this->*other.pStartNext)();
     }
+}
+
+// The oldest task that may start now; null when none may. While the host's start of one is on the stack none may: the
+// loop below it goes on by itself.
+DownloadTaskPtr RecordDownloadModule::NextToStart(const Source& source)
+{
+    const RecordQueue& waiting = this->*source.pWaiting;
+    const bool bNoPassword = source.Has(WaitsForPassword) && !m_setGettingPasswordDevice.isEmpty();
+    if (m_bShuttingDown || bNoPassword || (this->*source.pRunning).Count() >= source.iLimit)
+        return nullptr;
+    for (const DownloadTaskPtr& pTask : waiting) {
+        if (pTask->state == TaskState::Starting)
+            return nullptr;
+        if (pTask->state == TaskState::Waiting && !IsStoppedInHost(source, pTask->strRecordId))
+            return JudgeDiskIsFull() ? nullptr : pTask;
+    }
+    return nullptr;
+}
+
+void RecordDownloadModule::StartDownload(const Source& source, const DownloadTaskPtr& pTask)
+{
+    Move(pTask, TaskState::Starting);
+    // What was posted before belongs to an earlier transfer of the id.
+    QMetaObject::invokeMethod(
+        this, [pTask] { pTask->bHeard = true; }, Qt::QueuedConnection);
+    KXLogic::IDownloadLogic* pLogic = m_pDownloadLogic;
+    const bool bStarted = (this->*source.pStart)(pTask->pRecord);
+    if (pTask->state != TaskState::Starting)
+        return EndDroppedStart(source, pTask, bStarted ? pLogic : nullptr);
+    Move(pTask, bStarted ? TaskState::Running : TaskState::Outside);
+    for (const int iCode : qAsConst(pTask->codesWhileStarting)) {
+        if (pTask->state == TaskState::Running)
+            (this->*source.pHandleState)(pTask, iCode);
+    }
+}
+
+// The client dropped the task inside its start. `pStartedBy`: who runs its transfer now; null when nobody does.
+void RecordDownloadModule::EndDroppedStart(const Source& source, const DownloadTaskPtr& pTask,
+                                           KXLogic::IDownloadLogic* pStartedBy)
+{
+    StopInHost(source, pTask->strRecordId, pStartedBy);
+    if (pTask->bRemovesFile)
+        RemoveFileJpg(pTask->pRecord->strDownloadPath);
+    Move(pTask, TaskState::Outside);
 }
 
 void RecordDownloadModule::StartNextCloudDownload()
@@ -89,10 +128,17 @@ void RecordDownloadModule::StartNextLanModuleDownload()
     StartNextDownload(Sources[LanModuleRecord]);
 }
 
+// True when the host is there and the task's folder, too.
+bool RecordDownloadModule::CanStart(const DownloadRecordInfo& record)
+{
+    constexpr int NoModule = -1;
+    return HasStarted(record, m_pDownloadLogic ? 0 : NoModule) && EnsureDownloadPathExists(record.strDownloadPath);
+}
+
 bool RecordDownloadModule::StartCloudDownload(const DownloadRecordInfoPtr& pTask)
 {
-    const auto pRecord = WaitingTask<DownloadCloudRecordInfo>(m_listWaitCloudRecord, pTask->strRecordId);
-    if (!pRecord || !m_pDownloadLogic || !EnsureDownloadPathExists(pRecord->strDownloadPath))
+    const auto pRecord = std::dynamic_pointer_cast<DownloadCloudRecordInfo>(pTask);
+    if (!pRecord || !CanStart(*pRecord))
         return false;
     KXLogic::CloudDownloadRequest request;
     FillRequest(request, *pRecord);
@@ -102,105 +148,31 @@ bool RecordDownloadModule::StartCloudDownload(const DownloadRecordInfoPtr& pTask
     request.iCloudKind = pRecord->iCloudValue;
     request.strKeyText = pRecord->strCloudText2.toStdString();
     request.strCloudAddress = pRecord->strCloudText3.toStdString();
-    return m_pDownloadLogic->StartCloudRecordDownload(request) == 0;
+    return HasStarted(*pRecord, m_pDownloadLogic->StartCloudRecordDownload(request));
 }
 
 bool RecordDownloadModule::StartDeviceDownload(const DownloadRecordInfoPtr& pTask)
 {
     const auto pRecord = std::dynamic_pointer_cast<DownloadDeviceRecordInfo>(pTask);
-    if (!pRecord || !m_pDownloadLogic || !EnsureDownloadPathExists(pRecord->strDownloadPath))
+    if (!pRecord || !CanStart(*pRecord))
         return false;
     KXLogic::DeviceDownloadRequest request;
     FillRequest(request, *pRecord);
     request.iStream = pRecord->iDeviceValue;
-    const int iResult = pRecord->bUseAltStart ? m_pDownloadLogic->StartDeviceRecordDownloadAlt(request)
-                                              : m_pDownloadLogic->StartDeviceRecordDownload(request);
-    return iResult == 0;
+    return HasStarted(*pRecord, pRecord->bUseAltStart ? m_pDownloadLogic->StartDeviceRecordDownloadAlt(request)
+                                                      : m_pDownloadLogic->StartDeviceRecordDownload(request));
 }
 
 bool RecordDownloadModule::StartIOTLanDownload(const DownloadRecordInfoPtr& pTask)
 {
-    const auto pRecord = WaitingTask<DownloadLanModuleRecordInfo>(m_listWaitIOTLanRecord, pTask->strRecordId);
-    if (!pRecord || !m_pDownloadLogic || !EnsureDownloadPathExists(pRecord->strDownloadPath))
-        return false;
-    return m_pDownloadLogic->StartIOTLanRecordDownload(LanRequestOf(*pRecord)) == 0;
+    const auto pRecord = std::dynamic_pointer_cast<DownloadLanModuleRecordInfo>(pTask);
+    return pRecord && CanStart(*pRecord) &&
+           HasStarted(*pRecord, m_pDownloadLogic->StartIOTLanRecordDownload(LanRequestOf(*pRecord)));
 }
 
 bool RecordDownloadModule::StartLanModuleDownload(const DownloadRecordInfoPtr& pTask)
 {
-    const auto pRecord = WaitingTask<DownloadLanModuleRecordInfo>(m_listWaitLanModuleRecord, pTask->strRecordId);
-    if (!pRecord || !m_pDownloadLogic || !EnsureDownloadPathExists(pRecord->strDownloadPath))
-        return false;
-    return m_pDownloadLogic->StartLanModuleRecordDownload(LanRequestOf(*pRecord)) == 0;
-}
-
-void RecordDownloadModule::StopCloudDownload(const QString& strRecordId, int iCode, const QString& strPath)
-{
-    if (m_pDownloadLogic)
-        m_pDownloadLogic->StopCloudRecordDownload(strRecordId.toLongLong(nullptr, 10));
-    DropStopped(Sources[CloudRecord], strRecordId, iCode, strPath);
-}
-
-void RecordDownloadModule::StopDeviceDownload(const QString& strRecordId, int iCode, const QString& strPath)
-{
-    if (m_pDownloadLogic)
-        m_pDownloadLogic->StopDeviceRecordDownload(strRecordId.toStdString());
-    DropStopped(Sources[DeviceRecord], strRecordId, iCode, strPath);
-}
-
-void RecordDownloadModule::StopIOTLanDownload(const QString& strRecordId, int iCode, const QString& strPath)
-{
-    if (m_pDownloadLogic)
-        m_pDownloadLogic->StopIOTLanRecordDownload(strRecordId.toStdString());
-    DropStopped(Sources[IOTLanRecord], strRecordId, iCode, strPath);
-}
-
-void RecordDownloadModule::StopLanModuleDownload(const QString& strRecordId, int iCode, const QString& strPath)
-{
-    if (m_pDownloadLogic)
-        m_pDownloadLogic->StopLanModuleRecordDownload(strRecordId.toStdString());
-    DropStopped(Sources[LanModuleRecord], strRecordId, iCode, strPath);
-}
-
-// The rest of every stop. `iCode` decides whether the file goes: Deleted removes `strPath`, Failed removes the running
-// task's own file where the source does not keep it; all other codes keep it.
-void RecordDownloadModule::DropStopped(const Source& source, const QString& strRecordId, int iCode,
-                                       const QString& strPath)
-{
-    if (iCode == StopCode::Deleted) {
-        RemoveFileJpg(strPath);
-    } else if (iCode == StopCode::Failed && !source.bKeepsFailed) {
-        const DownloadRecordInfoPtr pTask = (this->*source.pRunning).Find(strRecordId);
-        if (!pTask)
-            return;
-        RemoveFileJpg(pTask->strDownloadPath);
-    }
-    (this->*source.pFinish)(strRecordId);
-}
-
-void RecordDownloadModule::FinishDownload(const Source& source, const QString& strRecordId)
-{
-    (this->*source.pRunning).Remove(strRecordId);
-    (this->*source.pWaiting).Remove(strRecordId);
-    (this->*source.pStartNext)();
-}
-
-void RecordDownloadModule::FinishCloudDownload(const QString& strRecordId)
-{
-    FinishDownload(Sources[CloudRecord], strRecordId);
-}
-
-void RecordDownloadModule::FinishDeviceDownload(const QString& strRecordId)
-{
-    FinishDownload(Sources[DeviceRecord], strRecordId);
-}
-
-void RecordDownloadModule::FinishIOTLanDownload(const QString& strRecordId)
-{
-    FinishDownload(Sources[IOTLanRecord], strRecordId);
-}
-
-void RecordDownloadModule::FinishLanModuleDownload(const QString& strRecordId)
-{
-    FinishDownload(Sources[LanModuleRecord], strRecordId);
+    const auto pRecord = std::dynamic_pointer_cast<DownloadLanModuleRecordInfo>(pTask);
+    return pRecord && CanStart(*pRecord) &&
+           HasStarted(*pRecord, m_pDownloadLogic->StartLanModuleRecordDownload(LanRequestOf(*pRecord)));
 }

@@ -45,18 +45,25 @@ bool RecordDownloadModule::EnsureDownloadPathExists(const QString& strFilePath)
 {
     if (strFilePath.isEmpty())
         return false;
+    const bool bExists = MakeFolderOf(strFilePath);
+    if (!bExists)
+        KX_ENGINE_LOG(LogFailure, "RecordDownloadModule::EnsureDownloadPathExists",
+                      "Failed to create download directory: %s",
+                      QFileInfo(strFilePath).absolutePath().toUtf8().constData());
+    return bExists;
+}
+
+// Says nothing of a failure: of one task's folder it is told once, at its start.
+bool RecordDownloadModule::MakeFolderOf(const QString& strFilePath)
+{
     const QString strDir = QFileInfo(strFilePath).absolutePath();
     if (QDir(strDir).exists())
         return true;
-    const bool bMade = QDir().mkpath(strDir);
-    const QByteArray dir = strDir.toUtf8();
-    if (bMade)
-        KX_ENGINE_LOG(LogEvent, "RecordDownloadModule::EnsureDownloadPathExists", "Created download directory: %s",
-                      dir.constData());
-    else
-        KX_ENGINE_LOG(LogFailure, "RecordDownloadModule::EnsureDownloadPathExists",
-                      "Failed to create download directory: %s", dir.constData());
-    return bMade;
+    if (!QDir().mkpath(strDir))
+        return false;
+    KX_ENGINE_LOG(LogEvent, "RecordDownloadModule::EnsureDownloadPathExists", "Created download directory: %s",
+                  strDir.toUtf8().constData());
+    return true;
 }
 
 bool RecordDownloadModule::IsFreePath(const QString& strFilePath) const
@@ -99,41 +106,39 @@ void RecordDownloadModule::RemoveFileJpg(const QString& strFilePath)
     RemoveLogged(PicturePathOf(strFilePath));
 }
 
-void RecordDownloadModule::RegisterFinishedFile(const Source& source, const QString& strRecordId)
+void RecordDownloadModule::RegisterFinishedFile(const Source& source, const DownloadTaskPtr& pTask)
 {
-    const DownloadRecordInfoPtr pTask = (this->*source.pRunning).Find(strRecordId);
-    if (!pTask)
-        return;
+    const DownloadRecordInfo& record = *pTask->pRecord;
     LocalResourceInfo info;
-    info.strFilePath = pTask->strDownloadPath;
+    info.strFilePath = record.strDownloadPath;
     info.lRegisterTime = QDateTime::currentSecsSinceEpoch();
-    info.lBeginTime = UnixTimeOf(pTask->strStartTime);
-    info.lEndTime = UnixTimeOf(pTask->strEndTime);
+    info.lBeginTime = UnixTimeOf(record.strStartTime);
+    info.lEndTime = UnixTimeOf(record.strEndTime);
     info.iResourceKind = RecordingKind;
-    info.strTitle = pTask->strText4;
+    info.strTitle = record.strText4;
     if (LocalResourceDbInterface* pDatabase = LocalResourceDbInterface::GetInstance())
         pDatabase->Insert(&info);
-    if (m_pCloudLogic)
-        m_pCloudLogic->ReportRecordDownloaded(pTask->strDeviceId.toStdString(), pTask->iValue5, info.lBeginTime,
-                                              info.lEndTime, source.iReportedKind, pTask->strRecordId.toStdString());
+    if (m_pCloudLogic && pTask->state == TaskState::Ending)
+        m_pCloudLogic->ReportRecordDownloaded(record.strDeviceId.toStdString(), record.iValue5, info.lBeginTime,
+                                              info.lEndTime, source.iReportedKind, record.strRecordId.toStdString());
 }
 
-void RecordDownloadModule::RegisterCloudFinishedFile(const QString& strRecordId)
+void RecordDownloadModule::RegisterCloudFinishedFile(const DownloadTaskPtr& pTask)
 {
-    RegisterFinishedFile(Sources[CloudRecord], strRecordId);
+    RegisterFinishedFile(Sources[CloudRecord], pTask);
 }
 
-void RecordDownloadModule::RegisterDeviceFinishedFile(const QString& strRecordId)
+void RecordDownloadModule::RegisterDeviceFinishedFile(const DownloadTaskPtr& pTask)
 {
-    RegisterFinishedFile(Sources[DeviceRecord], strRecordId);
+    RegisterFinishedFile(Sources[DeviceRecord], pTask);
 }
 
-void RecordDownloadModule::RegisterIOTLanFinishedFile(const QString& strRecordId)
+void RecordDownloadModule::RegisterIOTLanFinishedFile(const DownloadTaskPtr& pTask)
 {
-    RegisterFinishedFile(Sources[IOTLanRecord], strRecordId);
+    RegisterFinishedFile(Sources[IOTLanRecord], pTask);
 }
 
-void RecordDownloadModule::RegisterLanModuleFinishedFile(const QString& strRecordId)
+void RecordDownloadModule::RegisterLanModuleFinishedFile(const DownloadTaskPtr& pTask)
 {
-    RegisterFinishedFile(Sources[LanModuleRecord], strRecordId);
+    RegisterFinishedFile(Sources[LanModuleRecord], pTask);
 }

@@ -7,10 +7,6 @@
 #include <QtCore/QDir>
 #include <QtTest/QtTest>
 
-#include <algorithm>
-#include <deque>
-#include <random>
-
 using Task = KXDownLoadList::DownloadDeviceRecordInfo;
 
 class QueueTest : public QObject
@@ -19,17 +15,10 @@ class QueueTest : public QObject
 
 private slots:
     void AnEmptyQueueHasNothing();
-    void TasksComeOutInTheOrderTheyWentIn();
-    void FindGivesTheOldestOfAnId();
-    void FindIfGivesTheOldestThatIsAccepted();
-    void RemoveTakesEveryTaskOfAnId();
-    void RemoveTaskTakesJustThatTask_data();
-    void RemoveTaskTakesJustThatTask();
-    void RemoveTaskOfAnotherQueueIsRefused();
-    void ClearLetsEveryTaskGo();
-    void TasksAreACopyOfTheOrder();
-    void AQueueActsLikeAPlainList();
-    void AThousandTasksActLikeAPlainList();
+    void TasksStandInTheOrderTheyWentIn();
+    void TasksOfAnIdComeOldestFirst();
+    void RemoveTakesJustThatTask_data();
+    void RemoveTakesJustThatTask();
 
     void APathIsPromisedToOneTask();
     void APathIsOneHoweverItIsWritten_data();
@@ -53,257 +42,79 @@ std::shared_ptr<Task> MakeTask(const char* pszId, const char* pszPath = "")
     return pTask;
 }
 
-// Three tasks of id "a" between others: x a1 a2 y a3 z.
+// Three tasks of id "a" between others, told apart by their paths: x a1 a2 y a3 z.
 struct Six
 {
-    std::shared_ptr<Task> x = MakeTask("x");
-    std::shared_ptr<Task> a1 = MakeTask("a", "1");
-    std::shared_ptr<Task> a2 = MakeTask("a", "2");
-    std::shared_ptr<Task> y = MakeTask("y");
-    std::shared_ptr<Task> a3 = MakeTask("a", "3");
-    std::shared_ptr<Task> z = MakeTask("z");
-    RecordQueue queue;
-
     Six()
     {
-        for (const auto& pTask : {x, a1, a2, y, a3, z})
-            queue.Append(pTask);
+        for (const auto& pRecord : {MakeTask("x"), MakeTask("a", "1"), MakeTask("a", "2"), MakeTask("y"),
+                                    MakeTask("a", "3"), MakeTask("z")}) {
+            tasks.append(std::make_shared<DownloadTask>(pRecord));
+            queue.Append(tasks.last());
+        }
     }
+
+    DownloadTasks tasks;
+    RecordQueue queue;
 };
 
-QStringList Content(const RecordQueue& queue)
+QStringList Texts(const DownloadTasks& tasks)
 {
-    QStringList content;
-    for (const DownloadRecordInfoPtr& pTask : queue.Tasks())
-        content.append(pTask->strRecordId + pTask->strDownloadPath);
-    return content;
+    QStringList texts;
+    for (const DownloadTaskPtr& pTask : tasks)
+        texts.append(pTask->strRecordId + pTask->pRecord->strDownloadPath);
+    return texts;
 }
-
-// What a queue does, in the simplest way.
-struct PlainQueue
-{
-    std::deque<std::shared_ptr<Task>> tasks;
-
-    void Append(RecordQueue& queue, const std::shared_ptr<Task>& pTask)
-    {
-        queue.Append(pTask);
-        tasks.push_back(pTask);
-    }
-    void Remove(const QString& strId)
-    {
-        const auto hasId = [&strId](const auto& pTask) { return pTask->strRecordId == strId; };
-        tasks.erase(std::remove_if(tasks.begin(), tasks.end(), hasId), tasks.end());
-    }
-    // The oldest place of the task.
-    void RemoveTask(const std::shared_ptr<Task>& pTask) { tasks.erase(std::find(tasks.begin(), tasks.end(), pTask)); }
-    DownloadRecordInfoPtr Find(const QString& strId) const
-    {
-        const auto found = std::find_if(tasks.begin(), tasks.end(),
-                                        [&strId](const auto& pTask) { return pTask->strRecordId == strId; });
-        return found == tasks.end() ? DownloadRecordInfoPtr() : DownloadRecordInfoPtr(*found);
-    }
-    bool HasTasksOf(const RecordQueue& queue) const
-    {
-        const QVector<DownloadRecordInfoPtr> others = queue.Tasks();
-        return std::equal(tasks.begin(), tasks.end(), others.begin(), others.end());
-    }
-};
 
 } // namespace
 
 void QueueTest::AnEmptyQueueHasNothing()
 {
-    RecordQueue queue;
+    const RecordQueue queue;
     QVERIFY(queue.IsEmpty());
     QCOMPARE(queue.Count(), 0);
-    QVERIFY(!queue.First());
-    QVERIFY(!queue.Find(QStringLiteral("a")));
-    QVERIFY(!queue.Contains(QString()));
-    QVERIFY(!queue.Remove(QStringLiteral("a")));
-    QVERIFY(!queue.RemoveTask(MakeTask("a")));
-    QVERIFY(!queue.FindIf(QStringLiteral("a"), [](const auto&) { return true; }));
-    QVERIFY(queue.Tasks().isEmpty());
+    QCOMPARE(Texts(queue.Tasks()), QStringList());
+    QCOMPARE(Texts(queue.TasksOf(QStringLiteral("a"))), QStringList());
 }
 
-void QueueTest::TasksComeOutInTheOrderTheyWentIn()
+void QueueTest::TasksStandInTheOrderTheyWentIn()
 {
-    Six six;
-    QStringList order;
-    while (!six.queue.IsEmpty()) {
-        const DownloadRecordInfoPtr pTask = six.queue.First();
-        order.append(pTask->strRecordId + pTask->strDownloadPath);
-        QVERIFY(six.queue.RemoveTask(pTask));
-    }
-    QCOMPARE(order, Texts({"x", "a1", "a2", "y", "a3", "z"}));
-    QCOMPARE(six.queue.Count(), 0);
-}
-
-void QueueTest::FindGivesTheOldestOfAnId()
-{
-    Six six;
-    QCOMPARE(six.queue.Find(QStringLiteral("a")), DownloadRecordInfoPtr(six.a1));
-    QCOMPARE(six.queue.Find(QStringLiteral("z")), DownloadRecordInfoPtr(six.z));
-    QVERIFY(!six.queue.Find(QStringLiteral("A")));
-    QVERIFY(six.queue.RemoveTask(six.a1));
-    QCOMPARE(six.queue.Find(QStringLiteral("a")), DownloadRecordInfoPtr(six.a2));
-}
-
-void QueueTest::FindIfGivesTheOldestThatIsAccepted()
-{
-    Six six;
-    const auto beyond = [](const char* pszPath) {
-        return [pszPath](const auto& record) { return record.strDownloadPath > QString::fromUtf8(pszPath); };
-    };
-    const QString strId = QStringLiteral("a");
-    QCOMPARE(six.queue.FindIf(strId, beyond("0")), DownloadRecordInfoPtr(six.a1));
-    QCOMPARE(six.queue.FindIf(strId, beyond("1")), DownloadRecordInfoPtr(six.a2));
-    QCOMPARE(six.queue.FindIf(strId, beyond("2")), DownloadRecordInfoPtr(six.a3));
-    QVERIFY(!six.queue.FindIf(strId, beyond("3")));
-}
-
-void QueueTest::RemoveTakesEveryTaskOfAnId()
-{
-    Six six;
-    QVERIFY(six.queue.Remove(QStringLiteral("a")));
-    QCOMPARE(Content(six.queue), Texts({"x", "y", "z"}));
-    QVERIFY(!six.queue.Contains(QStringLiteral("a")));
-    QVERIFY(!six.queue.Remove(QStringLiteral("a")));
-    six.queue.Append(six.a2);
-    QCOMPARE(Content(six.queue), Texts({"x", "y", "z", "a2"}));
-}
-
-void QueueTest::RemoveTaskTakesJustThatTask_data()
-{
-    QTest::addColumn<QVector<int>>("removed");
-    QTest::addColumn<QStringList>("left");
-    QTest::newRow("the oldest of its id") << QVector<int>{1} << Texts({"x", "a2", "y", "a3", "z"});
-    QTest::newRow("one in the middle") << QVector<int>{2} << Texts({"x", "a1", "y", "a3", "z"});
-    QTest::newRow("the youngest") << QVector<int>{3} << Texts({"x", "a1", "a2", "y", "z"});
-    QTest::newRow("oldest, then youngest") << QVector<int>{1, 3} << Texts({"x", "a2", "y", "z"});
-    QTest::newRow("youngest, then the middle") << QVector<int>{3, 2} << Texts({"x", "a1", "y", "z"});
-    QTest::newRow("all, oldest first") << QVector<int>{1, 2, 3} << Texts({"x", "y", "z"});
-    QTest::newRow("all, youngest first") << QVector<int>{3, 2, 1} << Texts({"x", "y", "z"});
-}
-
-void QueueTest::RemoveTaskTakesJustThatTask()
-{
-    QFETCH(QVector<int>, removed);
-    QFETCH(QStringList, left);
-    Six six;
-    const std::shared_ptr<Task> tasks[] = {nullptr, six.a1, six.a2, six.a3};
-    for (const int i : removed)
-        QVERIFY(six.queue.RemoveTask(tasks[i]));
-    QVERIFY(!six.queue.RemoveTask(tasks[removed.last()]));
-    QCOMPARE(Content(six.queue), left);
-    const auto pNew = MakeTask("a", "4"); // the chain of its id is whole
-    six.queue.Append(pNew);
-    QCOMPARE(
-        six.queue.FindIf(QStringLiteral("a"), [](const auto& r) { return r.strDownloadPath == QLatin1String("4"); }),
-        DownloadRecordInfoPtr(pNew));
-    QVERIFY(six.queue.Remove(QStringLiteral("a")));
-    QCOMPARE(Content(six.queue), Texts({"x", "y", "z"}));
-}
-
-void QueueTest::RemoveTaskOfAnotherQueueIsRefused()
-{
-    Six six;
-    QVERIFY(!six.queue.RemoveTask(MakeTask("a", "1"))); // alike, but not the same
+    const Six six;
     QCOMPARE(six.queue.Count(), 6);
+    QCOMPARE(Texts(six.queue.Tasks()), Texts({"x", "a1", "a2", "y", "a3", "z"}));
+    QCOMPARE(*six.queue.begin(), six.tasks[0]);
 }
 
-void QueueTest::ClearLetsEveryTaskGo()
+void QueueTest::TasksOfAnIdComeOldestFirst()
 {
+    const Six six;
+    QCOMPARE(Texts(six.queue.TasksOf(QStringLiteral("a"))), Texts({"a1", "a2", "a3"}));
+    QCOMPARE(Texts(six.queue.TasksOf(QStringLiteral("b"))), QStringList());
+}
+
+void QueueTest::RemoveTakesJustThatTask_data()
+{
+    QTest::addColumn<int>("position");
+    QTest::addColumn<QStringList>("left");
+    QTest::addColumn<QStringList>("leftOfA");
+    QTest::newRow("the first") << 0 << Texts({"a1", "a2", "y", "a3", "z"}) << Texts({"a1", "a2", "a3"});
+    QTest::newRow("the oldest of its id") << 1 << Texts({"x", "a2", "y", "a3", "z"}) << Texts({"a2", "a3"});
+    QTest::newRow("the middle of its id") << 2 << Texts({"x", "a1", "y", "a3", "z"}) << Texts({"a1", "a3"});
+    QTest::newRow("the youngest of its id") << 4 << Texts({"x", "a1", "a2", "y", "z"}) << Texts({"a1", "a2"});
+    QTest::newRow("the last") << 5 << Texts({"x", "a1", "a2", "y", "a3"}) << Texts({"a1", "a2", "a3"});
+}
+
+void QueueTest::RemoveTakesJustThatTask()
+{
+    QFETCH(int, position);
+    QFETCH(QStringList, left);
+    QFETCH(QStringList, leftOfA);
     Six six;
-    six.queue.Clear();
-    QVERIFY(six.queue.IsEmpty());
-    QVERIFY(!six.queue.Contains(QStringLiteral("a")));
-    QCOMPARE(six.a1.use_count(), 1L);
-    six.queue.Append(six.y);
-    QCOMPARE(Content(six.queue), Texts({"y"}));
-}
-
-void QueueTest::TasksAreACopyOfTheOrder()
-{
-    Six six;
-    const auto tasks = six.queue.Tasks();
-    six.queue.Clear();
-    QCOMPARE(tasks.size(), 6);
-    QCOMPARE(tasks.first(), DownloadRecordInfoPtr(six.x));
-}
-
-// Random operations on the queue and on a list that does the same in the simplest way.
-void QueueTest::AQueueActsLikeAPlainList()
-{
-    std::mt19937 random(20240229); // always the same operations
-    RecordQueue queue;
-    std::deque<std::shared_ptr<Task>> plain;
-    for (int i = 0; i < 5000; ++i) {
-        const QByteArray id = QByteArray::number(static_cast<int>(random() % (i < 2500 ? 7 : 400)));
-        const auto hasId = [&id](const auto& pTask) { return pTask->strRecordId == QString::fromUtf8(id); };
-        const int iOperation = static_cast<int>(random() % 10);
-        if (iOperation < 6) {
-            const auto pTask = MakeTask(id.constData(), QByteArray::number(i).constData());
-            queue.Append(pTask);
-            plain.push_back(pTask);
-        } else if (iOperation < 9 && !plain.empty()) {
-            const auto at = plain.begin() + static_cast<std::ptrdiff_t>(random() % plain.size());
-            QVERIFY(queue.RemoveTask(*at));
-            plain.erase(at);
-        } else if (iOperation == 9 && i % 3 == 0) {
-            const auto end = std::remove_if(plain.begin(), plain.end(), hasId);
-            QCOMPARE(queue.Remove(QString::fromUtf8(id)), end != plain.end());
-            plain.erase(end, plain.end());
-        }
-        const auto first = std::find_if(plain.begin(), plain.end(), hasId);
-        QCOMPARE(queue.Find(QString::fromUtf8(id)),
-                 first == plain.end() ? DownloadRecordInfoPtr() : DownloadRecordInfoPtr(*first));
-        QCOMPARE(queue.Count(), static_cast<int>(plain.size()));
-    }
-    QStringList content;
-    for (const auto& pTask : plain)
-        content.append(pTask->strRecordId + pTask->strDownloadPath);
-    QCOMPARE(Content(queue), content);
-}
-
-// From a thousand tasks of 300 ids, some of them queued twice, down to none; all is compared after each operation.
-void QueueTest::AThousandTasksActLikeAPlainList()
-{
-    std::mt19937 random(20200102); // always the same operations
-    RecordQueue queue;
-    PlainQueue plain;
-    for (int i = 0; i < 1000; ++i)
-        plain.Append(queue, MakeTask(QByteArray::number(static_cast<int>(random() % 300)).constData()));
-    QCOMPARE(queue.Count(), 1000);
-    for (int i = 0; i < 3000 && !plain.tasks.empty(); ++i) {
-        const auto pAny = plain.tasks[random() % plain.tasks.size()];
-        const QString strId = pAny->strRecordId;
-        switch (random() % 8) {
-        case 0:
-            plain.Append(queue, MakeTask(QByteArray::number(static_cast<int>(random() % 300)).constData()));
-            break;
-        case 1:
-            plain.Append(queue, pAny); // the same task once more
-            break;
-        case 2:
-            QVERIFY(queue.Remove(strId));
-            plain.Remove(strId);
-            break;
-        case 3:
-        case 4:
-            QCOMPARE(queue.First(), DownloadRecordInfoPtr(plain.tasks.front()));
-            QVERIFY(queue.RemoveTask(queue.First()));
-            plain.tasks.pop_front();
-            break;
-        default:
-            QVERIFY(queue.RemoveTask(pAny));
-            plain.RemoveTask(pAny);
-            break;
-        }
-        QVERIFY(plain.HasTasksOf(queue));
-        for (const QString& strAsked : {strId, QString::number(random() % 300)})
-            QCOMPARE(queue.Find(strAsked), plain.Find(strAsked));
-    }
-    QVERIFY(queue.IsEmpty());
+    six.queue.Remove(six.tasks[position]);
+    QCOMPARE(Texts(six.queue.Tasks()), left);
+    QCOMPARE(Texts(six.queue.TasksOf(QStringLiteral("a"))), leftOfA);
+    six.queue.Append(six.tasks[position]); // and may come back, at the end
+    QCOMPARE(six.queue.Tasks().last(), six.tasks[position]);
 }
 
 void QueueTest::APathIsPromisedToOneTask()

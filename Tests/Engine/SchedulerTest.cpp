@@ -16,8 +16,8 @@ private slots:
     void SourcesHaveTheirPlacesEachForItself();
     void ARowIsAnnouncedBeforeItsTransferStarts_data();
     void ARowIsAnnouncedBeforeItsTransferStarts();
-    void ATaskThatCannotStartIsDroppedSilently_data();
-    void ATaskThatCannotStartIsDroppedSilently();
+    void ATaskThatTheHostRefusesIsDroppedAndLogged_data();
+    void ATaskThatTheHostRefusesIsDroppedAndLogged();
     void EveryResultButZeroIsARefusal_data();
     void EveryResultButZeroIsARefusal();
     void AHostWithoutTransfersStartsNothing();
@@ -160,36 +160,46 @@ void SchedulerTest::ARowIsAnnouncedBeforeItsTransferStarts()
     QCOMPARE(Told(rig), told);
 }
 
-void SchedulerTest::ATaskThatCannotStartIsDroppedSilently_data()
+void SchedulerTest::ATaskThatTheHostRefusesIsDroppedAndLogged_data()
 {
     QTest::addColumn<Source>("source");
     QTest::addColumn<int>("result");
     QTest::addColumn<QStringList>("told");
+    QTest::addColumn<QString>("log");
     QTest::newRow("cloud, refused with -1: do the three after it start?")
         << Source::Cloud << -1
         << Texts({"get ", "get ", "get ", "get ", "SignalAddDownloadInfo 1", "StartCloudRecordDownload 1",
                   "SignalAddDownloadInfo 2", "StartCloudRecordDownload 2", "SignalAddDownloadInfo 3",
-                  "StartCloudRecordDownload 3", "SignalAddDownloadInfo 4", "StartCloudRecordDownload 4"});
+                  "StartCloudRecordDownload 3", "SignalAddDownloadInfo 4", "StartCloudRecordDownload 4"})
+        << QStringLiteral("6 RecordDownloadModule::StartNextDownload The transfer could not be "
+                          "started.strRecordId[1],iCode[-1]");
     QTest::newRow("device, refused with 1: do the two after it start?")
         << Source::Device << 1
         << Texts({"SignalAddDownloadInfo 1", "StartDeviceRecordDownload 1", "SignalAddDownloadInfo 2",
                   "StartDeviceRecordDownload 2", "SignalAddDownloadInfo 3", "StartDeviceRecordDownload 3",
-                  "SignalAddDownloadInfo 4"});
+                  "SignalAddDownloadInfo 4"})
+        << QStringLiteral("6 RecordDownloadModule::StartNextDownload The transfer could not be "
+                          "started.strRecordId[1],iCode[1]");
     QTest::newRow("IOT LAN, refused with -7: does the next start?")
         << Source::IOTLan << -7
         << Texts({"SignalAddDownloadInfo 1", "StartIOTLanRecordDownload 1", "SignalAddDownloadInfo 2",
-                  "StartIOTLanRecordDownload 2", "SignalAddDownloadInfo 3", "SignalAddDownloadInfo 4"});
+                  "StartIOTLanRecordDownload 2", "SignalAddDownloadInfo 3", "SignalAddDownloadInfo 4"})
+        << QStringLiteral("6 RecordDownloadModule::StartNextDownload The transfer could not be "
+                          "started.strRecordId[1],iCode[-7]");
     QTest::newRow("LAN module, refused with 500: does the next start?")
         << Source::LanModule << 500
         << Texts({"SignalAddDownloadInfo 1", "StartLanModuleRecordDownload 1", "SignalAddDownloadInfo 2",
-                  "StartLanModuleRecordDownload 2", "SignalAddDownloadInfo 3", "SignalAddDownloadInfo 4"});
+                  "StartLanModuleRecordDownload 2", "SignalAddDownloadInfo 3", "SignalAddDownloadInfo 4"})
+        << QStringLiteral("6 RecordDownloadModule::StartNextDownload The transfer could not be "
+                          "started.strRecordId[1],iCode[500]");
 }
 
-void SchedulerTest::ATaskThatCannotStartIsDroppedSilently()
+void SchedulerTest::ATaskThatTheHostRefusesIsDroppedAndLogged()
 {
     QFETCH(Source, source);
     QFETCH(int, result);
     QFETCH(QStringList, told);
+    QFETCH(QString, log);
     EngineRig rig([result](FakeWorld& world) {
         NoPictures(world);
         world.Downloads().SetStartResult("1", result);
@@ -197,7 +207,7 @@ void SchedulerTest::ATaskThatCannotStartIsDroppedSilently()
     rig.Calls().Clear();
     SendTasks(rig, source, {"1", "2", "3", "4"});
     QCOMPARE(Told(rig), told);
-    QCOMPARE(rig.World().Log().Lines(), Texts({}));
+    QCOMPARE(rig.World().Log().Lines(), QStringList{log});
 
     rig.Calls().Clear();
     rig.RaiseState(source, "1", 2); // nobody's transfer

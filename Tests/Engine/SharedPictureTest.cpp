@@ -235,16 +235,17 @@ void SharedPictureTest::ATaskBehindAnUnreadableFileIsSettledByItsOwnResult_data(
     QTest::addColumn<int>("result");
     QTest::addColumn<QStringList>("events"); // whose wrong key was told
     QTest::addColumn<QStringList>("told");
-    QTest::newRow("decrypted") << 0 << Texts({}) << Texts({"SignalAddDownloadInfo 2"});
-    QTest::newRow("failed") << 1 << Texts({}) << Texts({"SignalAddDownloadInfo 2"});
+    const QStringList both = Texts({"SignalAddDownloadInfo 1", "SignalAddDownloadInfo 2"});
+    QTest::newRow("decrypted") << 0 << Texts({}) << both;
+    QTest::newRow("failed") << 1 << Texts({}) << both;
     QTest::newRow("wrong key") << 2
                                << Texts({"{\n    \"iCode\": 3,\n    \"iRecordType\": 0,\n"
                                          "    \"strDownloadPath\": \"~/2.mp4\",\n    \"strRecordId\": \"2\"\n}\n"})
-                               << Texts({});
+                               << Texts({"SignalAddDownloadInfo 1"});
 }
 
-// The first task's picture cannot be read any more, so nothing is said about it. The second one's result is not taken
-// for its.
+// The first task's picture cannot be read any more: it goes on without one, and that is logged. The second one's result
+// is not taken for its.
 void SharedPictureTest::ATaskBehindAnUnreadableFileIsSettledByItsOwnResult()
 {
     QFETCH(int, result);
@@ -253,12 +254,14 @@ void SharedPictureTest::ATaskBehindAnUnreadableFileIsSettledByItsOwnResult()
     EngineRig rig;
     rig.SendOne(Covered(rig, "1"));
     rig.World().Pictures().Answer("cover", 0, rig.World().Path("missing.enc"));
+    QTRY_COMPARE(rig.Calls().Lines("Signal"), Texts({"SignalAddDownloadInfo 1"}));
     rig.SendOne(Covered(rig, "2"));
-    rig.Calls().Clear();
     rig.World().Cloud().QueueDecryption(result, result == 0 ? Small() : QByteArray());
     Serve(rig, "cover", 1);
     QCOMPARE(rig.Calls().Lines("Signal"), told);
     QCOMPARE(StateEvents(rig), events);
+    QVERIFY(rig.World().Log().Lines().contains(
+        QStringLiteral("6 RecordDownloadModule::OnPictureUnreadable The cover picture of ~/1.mp4 could not be read.")));
 }
 
 QTEST_GUILESS_MAIN(SharedPictureTest)
