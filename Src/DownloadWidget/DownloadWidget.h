@@ -84,9 +84,9 @@ private:
     void PauseRow(DownloadItem& row);
     void RestartRow(DownloadItem& row);
     DownloadRecordInfoPtr NextRecord(const DownloadItem& row) const;
-    void GoOver(DownloadItem& row, const DownloadRecordInfoPtr& pRecord);
+    void GoOver(DownloadItem& row, const DownloadRecordInfoPtr& pRecord, bool bLeavesFile);
     void AskedAgain(DownloadItem& row, const DownloadRecordInfoPtr& pRecord);
-    bool GoOverToNext(DownloadItem& row);
+    bool GoOverToNext(DownloadItem& row, bool bLeavesFile);
     void KeepRowsThatGoOn();
     void ForgetEnded(const QString& strRecordId, bool bRemovesFiles);
     void ForgetPaused(const QString& strRecordId);

@@ -12,6 +12,7 @@
 
 #include <QtCore/QDebug>
 #include <QtCore/QFile>
+#include <QtCore/QPointer>
 #include <QtCore/QTimerEvent>
 #include <QtCore/QtMath>
 #include <QtGui/QScreen>
@@ -28,6 +29,12 @@ void RemoveFile(const QString& strPath, int iDoneLine, int iFailedLine)
     const bool bRemoved = QFile::remove(strPath);
     KX_PANEL_LOG(bRemoved ? iDoneLine : iFailedLine, bRemoved ? PanelLogEvent : PanelLogFailure,
                  "DownloadWidget::ClearPauseRecordFile", "remove file[%s]", strPath.toUtf8().constData());
+}
+
+// A picture that the host made and the thumbnail thread is to copy beside the recording.
+bool HasDevicePicture(const KXDownLoadList::DownloadRecordInfo& record)
+{
+    return record.iRecordType == KXDownLoadList::DeviceRecord && !record.strPicturePath.isEmpty();
 }
 
 } // namespace
@@ -52,42 +59,49 @@ void DownloadWidget::AddDownloadInfo(DownloadRecordInfoPtr pInfo)
     if (DownloadItem* pShown = RowOf(pInfo->strRecordId))
         return AskedAgain(*pShown, pInfo);
     m_mapDroppedPictures.remove(pInfo->strRecordId);
-    auto* pRow = new DownloadItem(this, m_mapButtonPixmap);
+    const QPointer<DownloadItem> pRow = new DownloadItem(this, m_mapButtonPixmap);
     pRow->SetRecord(pInfo);
-    const bool bDevicePicture = pInfo->iRecordType == KXDownLoadList::DeviceRecord && !pInfo->strPicturePath.isEmpty();
-    pRow->SetAwaitsPicture(bDevicePicture);
-    ui->downloadListView->AddItem(pRow, true);
-    ++m_iRowCount;
-    RefreshCount();
+    pRow->SetAwaitsPicture(HasDevicePicture(*pInfo));
     // By name: each connection by address keeps an object of its own, and there may be very many rows.
     connect(pRow, SIGNAL(SgnDeleteRecord(QString)), this, SLOT(OnDeleteRecord(QString)));
     connect(pRow, SIGNAL(SgnChangeDownloadState(bool)), this, SLOT(OnChangeDownloadState(bool)));
-    if (bDevicePicture)
+    ui->downloadListView->AddItem(pRow, true);
+    ++m_iRowCount;
+    RefreshCount();
+    if (pRow && HasDevicePicture(*pInfo)) // the client may have deleted the row when it heard the count
         RequestThumbnail(*pRow, pInfo->strPicturePath);
     // The values stand crosswise; tools that read the log expect them so.
     KX_PANEL_LOG(200, PanelLogEvent, "DownloadWidget::AddDownloadInfo", "strRecordId[%s],strBeginTime[%s]",
                  pInfo->strStartTime.toUtf8().constData(), pInfo->strRecordId.toUtf8().constData());
 }
 
-// A recording is shown once. Its row is left alone as long as the record that it stands for goes on; a row that is
-// paused or has failed stands for the new one from now on, for no transfer runs behind such a row.
+// A recording is shown once. Its row is left alone as long as the engine works on the record that it stands for, and
+// stands for the new one from then on: no transfer runs behind a row that is paused or has failed.
 void DownloadWidget::AskedAgain(DownloadItem& row, const DownloadRecordInfoPtr& pRecord)
 {
-    if (row.State() == RowLook::Paused || row.State() == RowLook::Failed)
-        GoOver(row, pRecord);
+    if (m_pEngine->StateOf(pRecord) == TaskState::Outside)
+        return;
+    const bool bIdle = row.State() == RowLook::Paused || row.State() == RowLook::Failed;
+    if (row.Record() == pRecord ? bIdle : m_pEngine->StateOf(row.Record()) == TaskState::Outside)
+        GoOver(row, pRecord, bIdle);
     else if (row.Record() != pRecord)
         m_mapOtherRecords.insert(pRecord->strRecordId, pRecord);
 }
 
-void DownloadWidget::GoOver(DownloadItem& row, const DownloadRecordInfoPtr& pRecord)
+// `bLeavesFile`: the row's own record has left a partial file that goes when the row is deleted.
+void DownloadWidget::GoOver(DownloadItem& row, const DownloadRecordInfoPtr& pRecord, bool bLeavesFile)
 {
     const DownloadRecordInfoPtr pOld = row.Record();
     m_mapOtherRecords.remove(pRecord->strRecordId, pRecord);
-    if (pOld != pRecord)
+    if (pOld != pRecord && bLeavesFile)
         m_mapOtherRecords.insert(pOld->strRecordId, pOld);
     row.SetRecord(pRecord);
     RestartRow(row);
     ForgetPaused(pRecord->strRecordId);
+    if (pOld == pRecord || !HasDevicePicture(*pRecord))
+        return;
+    row.SetAwaitsPicture(true);
+    RequestThumbnail(row, pRecord->strPicturePath);
 }
 
 // A record of the row's id that the engine works on, when it no longer works on the row's own; else null.
@@ -103,11 +117,11 @@ DownloadRecordInfoPtr DownloadWidget::NextRecord(const DownloadItem& row) const
     return next == others.end() ? nullptr : *next;
 }
 
-bool DownloadWidget::GoOverToNext(DownloadItem& row)
+bool DownloadWidget::GoOverToNext(DownloadItem& row, bool bLeavesFile)
 {
     const DownloadRecordInfoPtr pNext = NextRecord(row);
     if (pNext)
-        GoOver(row, pNext);
+        GoOver(row, pNext, bLeavesFile);
     return pNext != nullptr;
 }
 
@@ -233,14 +247,8 @@ void DownloadWidget::OnDownloadRecordStates(QString strRecordId, int iCode, bool
     const bool bFinished = iState == RowLook::Finished;
     if (bFinished)
         ForgetEnded(strRecordId, false);
-    if (bFinished || iState == RowLook::Failed) {
-        const DownloadRecordInfoPtr pEnded = pRow->Record();
-        if (GoOverToNext(*pRow)) {
-            if (bFinished)
-                m_mapOtherRecords.remove(strRecordId, pEnded);
-            return;
-        }
-    }
+    if ((bFinished || iState == RowLook::Failed) && GoOverToNext(*pRow, !bFinished))
+        return;
     if (bFinished)
         FinishDownloadRecord(strRecordId);
     else if (iState)
@@ -287,12 +295,9 @@ void DownloadWidget::OnDeleteRecord(QString strRecordId)
     // recording may have been asked for again.
     ForgetEnded(strRecordId, true);
     DownloadItem* pLeft = RowOf(strRecordId);
-    if (pLeft && pLeft->Record() == pRecord) {
-        if (GoOverToNext(*pLeft))
-            m_mapOtherRecords.remove(strRecordId, pRecord);
-        else if (m_pEngine->StateOf(pRecord) == TaskState::Outside)
-            RemoveRow(ui->downloadListView->IndexOfItem(pLeft));
-    }
+    const bool bGone = m_pEngine->StateOf(pRecord) == TaskState::Outside;
+    if (pLeft && pLeft->Record() == pRecord && bGone && !GoOverToNext(*pLeft, false))
+        RemoveRow(ui->downloadListView->IndexOfItem(pLeft));
     pLeft = RowOf(strRecordId);
     if (!pLeft || pLeft->State() != RowLook::Paused)
         ForgetPaused(strRecordId);
@@ -330,7 +335,7 @@ void DownloadWidget::OnChangeDownloadState(bool bStart)
     } else {
         PauseRecordDownloads({pRecord});
         pRow = RowOf(pRecord->strRecordId); // it may have gone, or the recording was asked for again
-        if (pRow && !GoOverToNext(*pRow) && m_pEngine->StateOf(pRow->Record()) == TaskState::Outside)
+        if (pRow && !GoOverToNext(*pRow, true) && m_pEngine->StateOf(pRow->Record()) == TaskState::Outside)
             PauseRow(*pRow);
     }
     SetAllStartText();
@@ -378,9 +383,9 @@ void DownloadWidget::KeepRowsThatGoOn()
     for (DownloadItem* pRow : Rows()) {
         const TaskState state = m_pEngine->StateOf(pRow->Record());
         if (state != TaskState::Outside && state != TaskState::Held)
-            GoOver(*pRow, pRow->Record());
+            GoOver(*pRow, pRow->Record(), false);
         else
-            GoOverToNext(*pRow);
+            GoOverToNext(*pRow, true);
     }
 }
 

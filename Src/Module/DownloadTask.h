@@ -23,6 +23,7 @@ struct DownloadTask
     const QString strRecordId;
     TaskState state = TaskState::Outside; // changed by the engine's Move only
     bool bHasRow = false;                 // resumed: the panel has shown it before
+    bool bArrived = false;                // its file is whole: to pause it changes nothing any more
     bool bDropped = false;                // the client paused, deleted or cleared it; its id is free again
     bool bRemovesFile = false;            // dropped for good: its file goes once the host has let go of it
     bool bHeard = false;                  // what arrives from now on was posted after its start, by its own transfer

@@ -154,16 +154,17 @@ void RecordDownloadModule::TellThenAct(const DownloadTaskPtr& pTask, int iCode)
 {
     const Source& source = SourceOf(pTask);
     const Outcome outcome = OutcomeOf(source, iCode);
+    const DownloadTasks before = TasksOf(source, pTask->strRecordId);
     if (source.Has(LogsStates))
         KX_ENGINE_LOG(LogEvent, "RecordDownloadModule::OnDownloadIOTLanRecordState", "lan local:iCode[%d]", iCode);
-    if (IsEnd(outcome))
-        Move(pTask, TaskState::Ending);
+    if (!BeginEnd(pTask, outcome))
+        return; // the client dropped it when it read the log
     const TaskState told = pTask->state;
     if (outcome != Outcome::Running)
         NotifyState(StateEventOf(*pTask->pRecord, iCode));
     if (pTask->state != told || (IsEnd(outcome) && !ActOnEnd(source, pTask, outcome)))
-        return; // the client dropped it when it heard of the state
-    emit SignalDownloadRecordStates(pTask->strRecordId, iCode, false);
+        return (this->*source.pStartNext)(); // the client dropped it when it heard of the state
+    TellPanel(pTask, iCode, false, before);
     if (outcome != Outcome::Running)
         (this->*source.pStartNext)();
 }
@@ -173,15 +174,14 @@ void RecordDownloadModule::ActThenTell(const DownloadTaskPtr& pTask, int iCode)
 {
     const Source& source = SourceOf(pTask);
     const Outcome outcome = OutcomeOf(source, iCode);
+    const DownloadTasks before = TasksOf(source, pTask->strRecordId);
     const auto pRecord = std::dynamic_pointer_cast<DownloadDeviceRecordInfo>(pTask->pRecord);
-    if (outcome == Outcome::Refused && !pRecord)
+    if ((outcome == Outcome::Refused && !pRecord) || !BeginEnd(pTask, outcome))
         return;
-    if (IsEnd(outcome))
-        Move(pTask, TaskState::Ending);
     const bool bActed = outcome == Outcome::Refused ? RecoverPassword(pTask, *pRecord)
                                                     : !IsEnd(outcome) || ActOnEnd(source, pTask, outcome);
     if (!bActed)
-        return; // the client dropped it meanwhile
+        return (this->*source.pStartNext)(); // the client dropped it meanwhile
     const TaskState told = pTask->state;
     const bool bReget = told == TaskState::Waiting;
     if (outcome == Outcome::Running) {
@@ -192,9 +192,30 @@ void RecordDownloadModule::ActThenTell(const DownloadTaskPtr& pTask, int iCode)
         NotifyState(event);
     }
     if (pTask->state == told)
-        emit SignalDownloadRecordStates(pTask->strRecordId, iCode, bReget);
+        TellPanel(pTask, iCode, bReget, before);
     if (outcome != Outcome::Running)
         (this->*source.pStartNext)();
+}
+
+// False when the task is no longer running.
+bool RecordDownloadModule::BeginEnd(const DownloadTaskPtr& pTask, Outcome outcome)
+{
+    if (pTask->state != TaskState::Running)
+        return false;
+    pTask->bArrived = outcome == Outcome::Finished;
+    if (IsEnd(outcome))
+        Move(pTask, TaskState::Ending);
+    return true;
+}
+
+// A row stands for the youngest task of its id. One that came while the client was told is not what the state is about.
+void RecordDownloadModule::TellPanel(const DownloadTaskPtr& pTask, int iCode, bool bReget, const DownloadTasks& before)
+{
+    for (const DownloadTaskPtr& pNow : TasksOf(SourceOf(pTask), pTask->strRecordId)) {
+        if (!pNow->bDropped && !before.contains(pNow))
+            return;
+    }
+    emit SignalDownloadRecordStates(pTask->strRecordId, iCode, bReget);
 }
 
 // What the end of a transfer leads to. False when the client dropped the task meanwhile.

@@ -211,7 +211,7 @@ private:
                    const QString& strPath);
     DownloadTasks StoppedElsewhere(const Source& source, const QString& strRecordId, const DownloadTasks& tasks) const;
     void StopInHost(const Source& source, const QString& strRecordId, KXLogic::IDownloadLogic* pLogic);
-    bool IsStoppedInHost(const Source& source, const QString& strRecordId) const;
+    bool IsBeingStopped(const Source& source, const QString& strRecordId) const;
     void FinishCloudDownload(const DownloadTasks& tasks, StopCode code);
     void FinishDeviceDownload(const DownloadTasks& tasks, StopCode code);
     void FinishIOTLanDownload(const DownloadTasks& tasks, StopCode code);
@@ -224,6 +224,8 @@ private:
     void ActThenTell(const DownloadTaskPtr& pTask, int iCode);
     static Outcome OutcomeOf(const Source& source, int iCode);
     static bool IsEnd(Outcome outcome);
+    bool BeginEnd(const DownloadTaskPtr& pTask, Outcome outcome);
+    void TellPanel(const DownloadTaskPtr& pTask, int iCode, bool bReget, const DownloadTasks& before);
     bool ActOnEnd(const Source& source, const DownloadTaskPtr& pTask, Outcome outcome);
     bool EndFinished(const Source& source, const DownloadTaskPtr& pTask);
     void StopTwins(const Source& source, const DownloadTaskPtr& pTask, const DownloadTasks& others);
@@ -264,8 +266,8 @@ private:
     void DropWrongKeyTask(const CloudPictureInfo& info);
     DownloadTaskPtr HeldTask(const CloudPictureInfo& info) const;
 
-    QList<int64_t> m_listPwdRequest; // guarded by m_pwdRequestMutex
-    QMutex m_pwdRequestMutex;
+    QList<int64_t> m_listPwdRequest;             // guarded by m_pwdRequestMutex
+    QMutex m_pwdRequestMutex{QMutex::Recursive}; // inside the host's query another device may be asked for
     KXLogic::IDownloadLogic* m_pDownloadLogic = nullptr;
     KXLogic::ICloudLogic* m_pCloudLogic = nullptr;
     KXLogic::IDeviceLogic* m_pDeviceLogic = nullptr;

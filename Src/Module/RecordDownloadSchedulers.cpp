@@ -75,7 +75,7 @@ DownloadTaskPtr RecordDownloadModule::NextToStart(const Source& source)
     for (const DownloadTaskPtr& pTask : waiting) {
         if (pTask->state == TaskState::Starting)
             return nullptr;
-        if (pTask->state == TaskState::Waiting && !IsStoppedInHost(source, pTask->strRecordId))
+        if (pTask->state == TaskState::Waiting && !IsBeingStopped(source, pTask->strRecordId))
             return JudgeDiskIsFull() ? nullptr : pTask;
     }
     return nullptr;
@@ -128,11 +128,12 @@ void RecordDownloadModule::StartNextLanModuleDownload()
     StartNextDownload(Sources[LanModuleRecord]);
 }
 
-// True when the host is there and the task's folder, too.
+// True when the host is there and the task's folder, too. The client may end the plug-in when a folder is logged.
 bool RecordDownloadModule::CanStart(const DownloadRecordInfo& record)
 {
     constexpr int NoModule = -1;
-    return HasStarted(record, m_pDownloadLogic ? 0 : NoModule) && EnsureDownloadPathExists(record.strDownloadPath);
+    return HasStarted(record, m_pDownloadLogic ? 0 : NoModule) && EnsureDownloadPathExists(record.strDownloadPath) &&
+           m_pDownloadLogic;
 }
 
 bool RecordDownloadModule::StartCloudDownload(const DownloadRecordInfoPtr& pTask)

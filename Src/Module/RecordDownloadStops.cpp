@@ -65,6 +65,8 @@ bool RecordDownloadModule::TakeToStop(const DownloadTaskPtr& pTask)
 // The same for the client.
 bool RecordDownloadModule::Drop(const DownloadTaskPtr& pTask, bool bRemovesFile)
 {
+    if (pTask->bArrived && !bRemovesFile)
+        return false;
     pTask->bDropped = true;
     pTask->bRemovesFile = pTask->bRemovesFile || bRemovesFile;
     return TakeToStop(pTask);
@@ -121,9 +123,10 @@ void RecordDownloadModule::StopInHost(const Source& source, const QString& strRe
     m_listHostStop.removeLast(); // those made inside it have returned
 }
 
-bool RecordDownloadModule::IsStoppedInHost(const Source& source, const QString& strRecordId) const
+// True while a stop of that id is due or on the stack: what started now would be stopped with it.
+bool RecordDownloadModule::IsBeingStopped(const Source& source, const QString& strRecordId) const
 {
-    return m_listHostStop.contains({&source, strRecordId});
+    return m_listHostStop.contains({&source, strRecordId}) || !StoppedElsewhere(source, strRecordId, {}).isEmpty();
 }
 
 void RecordDownloadModule::FinishDownload(const Source& source, const DownloadTasks& tasks, StopCode code)
