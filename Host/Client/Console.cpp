@@ -1,5 +1,7 @@
 #include "Host/Client/Console.h"
 
+#include "Model/NameText.h"
+
 #include <QtCore/QVector>
 
 #include <cstdio>
@@ -62,7 +64,7 @@ void PrintRaw(const QString& strText)
 
 QString Printable(const QString& strText)
 {
-    QString strShown = strText;
+    QString strShown = NameText::Shown(strText);
     for (QChar& character : strShown) {
         if (character.category() == QChar::Other_Control)
             character = QLatin1Char('?');

@@ -14,7 +14,8 @@ void PrintError(const QString& strReason);
 // Writes text as it is to standard output, for redrawn lines.
 void PrintRaw(const QString& strText);
 
-// Names come from servers and files: their control characters are shown as "?", so that they cannot steer a terminal.
+// Names come from servers and files: their control characters are shown as "?", so that they cannot steer a terminal,
+// and what would turn the direction of a line is left out.
 QString Printable(const QString& strText);
 
 // Columns that a text takes on a terminal: East Asian wide characters take two, combining marks none.

@@ -36,7 +36,7 @@ Row RowOf(const Outcome& outcome, const QString& strFolder)
             outcome.lSize >= 0 ? ByteText(outcome.lSize) : QStringLiteral("-"),
             bSettled ? SecondsText(outcome.task.lMilliseconds) : QStringLiteral("-"),
             Printable(FileText(outcome.task, strFolder)),
-            outcome.StateText()};
+            Printable(outcome.StateText())};
 }
 
 void PrintTable(const QVector<Row>& rows)

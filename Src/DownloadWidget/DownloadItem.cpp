@@ -6,6 +6,7 @@
 #include "KXGui/GraphicsGridView.h"
 #include "KXGui/KXColor.h"
 #include "KXGui/KXSvgPixmap.h"
+#include "Model/NameText.h"
 
 #include <QtCore/QPointer>
 #include <QtGui/QCursor>
@@ -113,7 +114,7 @@ void DownloadItem::paint(QPainter* pPainter, const QStyleOptionGraphicsItem*, QW
     const QString strPicture = m_bAwaitsPicture ? QString() : m_pRecord->strPicturePath;
     pPainter->drawImage(ThumbnailRect, ThumbnailCache::Shared()->Thumbnail(strPicture, *this));
     pPainter->setPen(Color("pc004"));
-    pPainter->drawText(NameBaseline, m_pRecord->strFileName);
+    pPainter->drawText(NameBaseline, NameText::Shown(m_pRecord->strFileName));
     PaintProgress(*pPainter);
     PaintTexts(*pPainter);
 }

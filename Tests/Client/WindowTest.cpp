@@ -1,6 +1,9 @@
 #include "Client/WindowUser.h"
 
+#include <QtCore/QFile>
 #include <QtGui/QImage>
+#include <QtGui/QTextDocument>
+#include <QtGui/QTextDocumentFragment>
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QApplication>
@@ -22,6 +25,7 @@ private slots:
     void AnotherFolderGetsWhatIsAskedForNext();
     void TheSettingsButtonAsksForTheFolder();
     void ThePanelStaysWhenItHidesItself();
+    void ANameIsShownAsItIsWritten();
 };
 
 namespace {
@@ -181,6 +185,43 @@ void WindowTest::ThePanelStaysWhenItHidesItself()
         QTest::keyClick(pPanel, Qt::Key_Escape);
         QTRY_VERIFY(pPanel->isVisible());
     });
+}
+
+namespace {
+
+const char OddConfig[] = R"({"cloud": {"url": "http://127.0.0.1:9/{recordId}"}})";
+const char OddRecords[] = R"([{"iRecordType": 0, "strRecordId": "1", "strDownloadPath": "&lt;i&gt;a.mp4", )"
+                          R"("strText4": "<b>b</b>"}, )"
+                          R"({"iRecordType": 0, "strRecordId": "2", "strDownloadPath": "clip \u202egpj.mp4"}])";
+
+// As a tool tip shows it, which takes markup.
+QString ToolTipText(const QTreeWidgetItem& item)
+{
+    const QString strTip = item.toolTip(0);
+    return Qt::mightBeRichText(strTip) ? QTextDocumentFragment::fromHtml(strTip).toPlainText() : strTip;
+}
+
+} // namespace
+
+void WindowTest::ANameIsShownAsItIsWritten()
+{
+    WindowUser user;
+    const auto write = [&user](const QString& strName, const char* pszText) {
+        QFile file(user.Path(strName));
+        return file.open(QIODevice::WriteOnly) && file.write(pszText) > 0;
+    };
+    QVERIFY(write(QStringLiteral("config.json"), OddConfig));
+    QVERIFY(write(QStringLiteral("records.json"), OddRecords));
+    user.Open(user.Options({QStringLiteral("--config"), user.Path(QStringLiteral("config.json")),
+                            QStringLiteral("--records"), user.Path(QStringLiteral("records.json"))}),
+              [&] {
+                  const QTreeWidgetItem* pMarkup = user.Recording(QStringLiteral("<b>b</b>"));
+                  QVERIFY(pMarkup);
+                  QCOMPARE(ToolTipText(*pMarkup), QStringLiteral("&lt;i&gt;a.mp4"));
+                  const QTreeWidgetItem* pTurned = user.Recording(QStringLiteral("clip gpj.mp4"));
+                  QVERIFY(pTurned);
+                  QCOMPARE(ToolTipText(*pTurned), QStringLiteral("clip gpj.mp4"));
+              });
 }
 
 QTEST_MAIN(WindowTest)

@@ -26,6 +26,7 @@ private slots:
     void initTestCase();
     void AReadOnlyFolder();
     void APathOfMoreThan260Characters();
+    void ANameThatTurnsItsLine();
     void AFileThatAnotherProcessHolds();
     void ANameThatTheSystemForbids_data();
     void ANameThatTheSystemForbids();
@@ -74,6 +75,18 @@ void HostileTargetTest::APathOfMoreThan260Characters()
     const ClientResult result = RunClient(place.Download(m_site.Config(), RecordFor(strTarget)));
     QVERIFY2(result.iExit == 0, result.Said());
     QVERIFY(place.OutPath(strTarget).size() > 305);
+    QCOMPARE(place.Read("out/"_s + strTarget).size(), 102400);
+}
+
+// The table and the lines before it leave out what would turn them; the file has its own name.
+void HostileTargetTest::ANameThatTurnsItsLine()
+{
+    Workplace place;
+    const QString strTarget = QStringLiteral("clip %1gpj.mp4").arg(QChar(0x202E));
+    const ClientResult result = RunClient(place.Download(m_site.Config(), RecordFor(strTarget)));
+    QVERIFY2(result.iExit == 0, result.Said());
+    QVERIFY2(result.strOut.count("clip gpj.mp4"_s) == 2, result.Said());
+    QVERIFY(!result.strOut.contains(QChar(0x202E)));
     QCOMPARE(place.Read("out/"_s + strTarget).size(), 102400);
 }
 

@@ -55,6 +55,7 @@ private slots:
     void AStateWithoutATextPaintsNone();
     void TheBarsHaveRoundEnds();
     void TheNameStandsInItsPlaceInTheMainColour();
+    void WhatTurnsANameIsLeftOut();
     void ALongNameIsNotShortened();
     void EachChangeRepaintsTheRow_data();
     void EachChangeRepaintsTheRow();
@@ -181,6 +182,20 @@ void RowPaintTest::TheNameStandsInItsPlaceInTheMainColour()
     QCOMPARE(rig.Painted().copy(NameArea), expected.copy(NameArea));
     rig.Record().strFileName.clear();
     QVERIFY(!rig.HasInk(NameArea));
+}
+
+void RowPaintTest::WhatTurnsANameIsLeftOut()
+{
+    RowRig rig;
+    rig.Record().strFileName = QStringLiteral("clip exe.jpg");
+    const QImage expected = rig.Painted().copy(NameArea);
+    for (const ushort uTurn :
+         {0x061C, 0x200E, 0x200F, 0x202A, 0x202B, 0x202C, 0x202D, 0x202E, 0x2066, 0x2067, 0x2068, 0x2069}) {
+        rig.Record().strFileName = QStringLiteral("clip %1exe.jpg").arg(QChar(uTurn));
+        QVERIFY2(rig.Painted().copy(NameArea) == expected, qPrintable(QString::number(uTurn, 16)));
+    }
+    rig.Record().strFileName = QStringLiteral("clip gpj.exe");
+    QVERIFY(rig.Painted().copy(NameArea) != expected);
 }
 
 void RowPaintTest::ALongNameIsNotShortened()

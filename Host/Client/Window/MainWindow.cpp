@@ -136,7 +136,7 @@ void MainWindow::Download()
     if (checked.isEmpty() || m_downloads.Ask(checked, m_settings.strFolder))
         return;
     QMessageBox::warning(this, Say(Word::AppTitle),
-                         Say(Word::FolderFailed).arg(QDir::toNativeSeparators(m_settings.strFolder)));
+                         AsWritten(Say(Word::FolderFailed).arg(QDir::toNativeSeparators(m_settings.strFolder))));
 }
 
 void MainWindow::ChooseFolder()

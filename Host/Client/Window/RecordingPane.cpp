@@ -44,6 +44,7 @@ QWidget* RecordingPane::MakeFolderRow()
     pCaption->setObjectName(QStringLiteral("folderCaption"));
     m_pFolder = new QLabel(pRow);
     m_pFolder->setObjectName(QStringLiteral("folder"));
+    m_pFolder->setTextFormat(Qt::PlainText);
     m_pFolder->installEventFilter(this);
     m_pFolder->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     auto* pChange = new QPushButton(Say(Word::ChangeFolder), pRow);
@@ -115,7 +116,7 @@ bool RecordingPane::eventFilter(QObject* pWatched, QEvent* pEvent)
 void RecordingPane::ShowFolder()
 {
     m_pFolder->setText(m_pFolder->fontMetrics().elidedText(m_strFolder, Qt::ElideMiddle, m_pFolder->width()));
-    m_pFolder->setToolTip(m_strFolder);
+    m_pFolder->setToolTip(AsWritten(m_strFolder));
 }
 
 void RecordingPane::Download()

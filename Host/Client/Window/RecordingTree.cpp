@@ -124,7 +124,7 @@ void RecordingTree::AddRecording(int iIndex)
     const QDateTime begin = TimeOf(record.strStartTime);
     auto* pItem = new RecordingItem(topLevelItem(record.iRecordType));
     pItem->setText(Name, Printable(record.strText4.isEmpty() ? strFile : record.strText4));
-    pItem->setToolTip(Name, Printable(strFile));
+    pItem->setToolTip(Name, AsWritten(strFile));
     pItem->setText(Recorded, begin.toString(QStringLiteral("yyyy-MM-dd HH:mm")));
     pItem->setText(Length, LengthText(begin, TimeOf(record.strEndTime)));
     pItem->setText(Size, ByteText(record.lFileSize));
@@ -200,7 +200,7 @@ void RecordingTree::Refresh(int iIndex)
         item.setForeground(iColumn, KXColor::color(QLatin1String(bMayAsk ? "pc004" : "pc005"), 1.0));
     if (bKnown)
         item.setForeground(StateColumn, KXColor::color(QLatin1String(pLook->pszColour), 1.0));
-    item.setToolTip(StateColumn, m_downloads.DetailOf(iIndex));
+    item.setToolTip(StateColumn, AsWritten(m_downloads.DetailOf(iIndex)));
 }
 
 } // namespace KXClient

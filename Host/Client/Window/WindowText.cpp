@@ -1,6 +1,9 @@
 #include "Host/Client/Window/WindowText.h"
 
+#include "Host/Client/Console.h"
+
 #include <QtCore/QCoreApplication>
+#include <QtGui/QTextDocument>
 
 #include <algorithm>
 #include <iterator>
@@ -76,6 +79,12 @@ QString Say(Word word)
         std::find_if(std::begin(Entries), std::end(Entries), [word](const Entry& entry) { return entry.word == word; });
     Q_ASSERT(pEntry != std::end(Entries));
     return QCoreApplication::translate(Context, pEntry->pszText);
+}
+
+QString AsWritten(const QString& strText)
+{
+    const QString strShown = Printable(strText);
+    return Qt::mightBeRichText(strShown) ? Qt::convertFromPlainText(strShown, Qt::WhiteSpaceNormal) : strShown;
 }
 
 } // namespace KXClient

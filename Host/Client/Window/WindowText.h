@@ -56,5 +56,7 @@ enum class Word {
 };
 
 QString Say(Word word);
+// A text of others for a tool tip or a message box, which would take markup in it: it is shown as it is written.
+QString AsWritten(const QString& strText);
 
 } // namespace KXClient
