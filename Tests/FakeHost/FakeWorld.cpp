@@ -100,5 +100,5 @@ std::string FakeWorld::ClearDevicePassword(const std::string& strDeviceId, const
 {
     m_calls.Add(QStringLiteral("AesDecryptDeviceUserInfo %1 password=%2")
                     .arg(QString::fromStdString(strDeviceId), QString::fromStdString(strPassword)));
-    return m_strClearPassword.empty() ? "canary-" + strPassword : m_strClearPassword;
+    return m_strClearPassword.value_or("canary-" + strPassword);
 }

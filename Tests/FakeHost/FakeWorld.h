@@ -10,6 +10,7 @@
 
 #include <QtCore/QTemporaryDir>
 
+#include <optional>
 #include <set>
 
 // One fake host, scripted by a test: the second implementation of the contract in Sdk/.
@@ -85,7 +86,7 @@ private:
     std::set<int> m_absentModules;
     bool m_bPictures = true;
     bool m_bDatabase = true;
-    std::string m_strClearPassword;
+    std::optional<std::string> m_strClearPassword;
     QByteArray m_timeZone;
     HostThread m_transferThread;
     HostThread m_logicThread;
