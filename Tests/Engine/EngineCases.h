@@ -77,6 +77,18 @@ inline QStringList FilesLeft(EngineRig& rig, Ids names)
     return left;
 }
 
+// Runs `action` inside the first call with that prefix.
+inline void Once(CallList& calls, const char* pszPrefix, const std::function<void()>& action)
+{
+    const auto pDone = std::make_shared<bool>(false);
+    calls.WhenAdded(pszPrefix, [pDone, action] {
+        if (!*pDone) {
+            *pDone = true;
+            action();
+        }
+    });
+}
+
 // The tasks that the panel holds under those ids.
 inline QList<DownloadRecordInfoPtr> Rows(const EngineRig& rig, Ids ids)
 {

@@ -1,0 +1,361 @@
+// The client sends a record again inside a call of the engine: the new task runs once, the old one leaves nothing
+// behind.
+
+#include "Engine/EngineCases.h"
+
+using namespace EngineCases;
+
+class SentAgainTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void InsideItsRegistrationItRunsAnew_data();
+    void InsideItsRegistrationItRunsAnew();
+    void InsideItsStartItWaitsForTheOldTransferToGo_data();
+    void InsideItsStartItWaitsForTheOldTransferToGo();
+    void InsideTheStopOfItsDeletionItRunsAnew_data();
+    void InsideTheStopOfItsDeletionItRunsAnew();
+    void InsideTheStopOfItsFinishItIsOneTask_data();
+    void InsideTheStopOfItsFinishItIsOneTask();
+    void InsideTheEventOfItsFailureItIsTakenWhereThatIsOver_data();
+    void InsideTheEventOfItsFailureItIsTakenWhereThatIsOver();
+    void AShutdownInsideAStartStopsThatTransfer_data();
+    void AShutdownInsideAStartStopsThatTransfer();
+    void APasswordRequestInsideAStartHoldsTheSource();
+    void TwoEndsOfOneIdInOneTurnKeepTheLimit();
+    void AnEndFromBeforeItsStartIsNotTheTwins();
+};
+
+namespace {
+
+struct SourceRow
+{
+    Source source;
+    const char* pszName; // in the host's operations
+    int iLimit;
+};
+
+constexpr SourceRow AllSources[] = {{Source::Cloud, "Cloud", 3},
+                                    {Source::Device, "Device", 2},
+                                    {Source::IOTLan, "IOTLan", 1},
+                                    {Source::LanModule, "LanModule", 1}};
+
+void AddSourceColumns()
+{
+    QTest::addColumn<Source>("source");
+    QTest::addColumn<QString>("start"); // of record 1
+    QTest::addColumn<QString>("stop");
+    QTest::addColumn<int>("limit");
+}
+
+QTestData& operator<<(QTestData& data, const SourceRow& row)
+{
+    return data << row.source << QStringLiteral("Start%1RecordDownload 1").arg(QLatin1String(row.pszName))
+                << QStringLiteral("Stop%1RecordDownload 1").arg(QLatin1String(row.pszName)) << row.iLimit;
+}
+
+void AddSourceRows()
+{
+    AddSourceColumns();
+    for (const SourceRow& row : AllSources)
+        QTest::newRow(row.pszName) << row;
+}
+
+// Record 1 once more, without a turn of the event loop.
+void SendAgain(EngineRig& rig, Source source)
+{
+    const auto bytes = [&] {
+        switch (source) {
+        case Source::Cloud:
+            return EngineRig::Stream(std::vector{rig.Cloud("1")});
+        case Source::Device:
+            return EngineRig::Stream(std::vector{rig.Device("1")});
+        case Source::IOTLan:
+            return EngineRig::Stream(std::vector{rig.IOTLan("1")});
+        case Source::LanModule:
+            return EngineRig::Stream(std::vector{rig.LanModule("1")});
+        }
+        return QByteArray();
+    };
+    rig.World().Bus().Send("EventNotifyDownloadRecordList", {bytes(), static_cast<int>(source)});
+}
+
+void DropFirst(EngineRig& rig, Source source, bool bDiskFull)
+{
+    if (bDiskFull)
+        rig.World().Bus().Send("EventNotifyDeleteDownloadRecord", {rig.World().Folder()});
+    else
+        rig.Engine().DeleteRecordDownload(static_cast<int>(source), QStringLiteral("1"),
+                                          rig.Task("1")->strDownloadPath);
+}
+
+// What the host was asked for, in order.
+QStringList Asked(EngineRig& rig)
+{
+    return rig.Calls().Short({"Start", "Stop", "Insert", "Report"});
+}
+
+// Sends more tasks than the source has places: so many start.
+int FreePlaces(EngineRig& rig, Source source)
+{
+    const int iBefore = rig.Calls().Count("Start");
+    SendTasks(rig, source, {"6", "7", "8", "9"});
+    return rig.Calls().Count("Start") - iBefore;
+}
+
+// True when the engine takes a state of that id for one of its tasks.
+bool IsRunning(EngineRig& rig, Source source, const char* pszId)
+{
+    const QByteArray line = QByteArray("SignalDownloadRecordStates ") + pszId + " 1 false";
+    const int iBefore = rig.Calls().Count(line.constData());
+    rig.RaiseState(source, pszId, 1);
+    return rig.Calls().Count(line.constData()) == iBefore + 1;
+}
+
+KXDownLoadList::DownloadDeviceRecordInfo Refusable(const EngineRig& rig, const char* pszId)
+{
+    auto record = rig.Device(pszId);
+    record.bNeedPassword = true;
+    record.bCanGetPassword = true;
+    return record;
+}
+
+} // namespace
+
+void SentAgainTest::InsideItsRegistrationItRunsAnew_data()
+{
+    AddSourceColumns();
+    QTest::addColumn<bool>("diskFull"); // or deleted
+    QTest::addColumn<bool>("report");   // inside the report, or inside the insert before it
+    for (const SourceRow& row : AllSources) {
+        QTest::addRow("%s, deleted inside the insert", row.pszName) << row << false << false;
+        QTest::addRow("%s, deleted inside the report", row.pszName) << row << false << true;
+        QTest::addRow("%s, disk full inside the insert", row.pszName) << row << true << false;
+        QTest::addRow("%s, disk full inside the report", row.pszName) << row << true << true;
+    }
+}
+
+void SentAgainTest::InsideItsRegistrationItRunsAnew()
+{
+    QFETCH(Source, source);
+    QFETCH(QString, start);
+    QFETCH(QString, stop);
+    QFETCH(int, limit);
+    QFETCH(bool, diskFull);
+    QFETCH(bool, report);
+    EngineRig rig(NoPictures);
+    SendTasks(rig, source, {"1"});
+    rig.Calls().Clear();
+    Once(rig.Calls(), report ? "ReportRecordDownloaded" : "Insert", [&rig, source = source, diskFull = diskFull] {
+        DropFirst(rig, source, diskFull);
+        SendAgain(rig, source);
+    });
+    rig.RaiseState(source, "1", 2);
+    QStringList asked = Texts({"Insert ~/1.mp4"});
+    if (report)
+        asked.append(QStringLiteral("ReportRecordDownloaded 1"));
+    QCOMPARE(Asked(rig), asked + QStringList({stop, start}));
+    QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates"), 0); // the new row has nothing to hear of it
+    QVERIFY(IsRunning(rig, source, "1"));
+    QCOMPARE(FreePlaces(rig, source), limit - 1);
+}
+
+void SentAgainTest::InsideItsStartItWaitsForTheOldTransferToGo_data()
+{
+    AddSourceColumns();
+    QTest::addColumn<bool>("diskFull");
+    QTest::addColumn<bool>("refused"); // by the host, in the end
+    for (const SourceRow& row : AllSources) {
+        QTest::addRow("%s, deleted", row.pszName) << row << false << false;
+        QTest::addRow("%s, disk full", row.pszName) << row << true << false;
+        QTest::addRow("%s, deleted and refused", row.pszName) << row << false << true;
+        QTest::addRow("%s, disk full and refused", row.pszName) << row << true << true;
+    }
+}
+
+void SentAgainTest::InsideItsStartItWaitsForTheOldTransferToGo()
+{
+    QFETCH(Source, source);
+    QFETCH(QString, start);
+    QFETCH(QString, stop);
+    QFETCH(int, limit);
+    QFETCH(bool, diskFull);
+    QFETCH(bool, refused);
+    EngineRig rig(NoPictures);
+    if (refused)
+        rig.World().Downloads().SetStartResultOfCall(1, -1);
+    Once(rig.Calls(), "Start", [&rig, source = source, diskFull = diskFull] {
+        rig.World().WriteFile("1.mp4");
+        DropFirst(rig, source, diskFull);
+        SendAgain(rig, source);
+    });
+    SendTasks(rig, source, {"1"});
+    QCOMPARE(Asked(rig), refused ? QStringList({start, start}) : QStringList({start, stop, start}));
+    QVERIFY(!rig.World().HasFile("1.mp4"));
+    QVERIFY(IsRunning(rig, source, "1"));
+    QCOMPARE(FreePlaces(rig, source), limit - 1);
+}
+
+void SentAgainTest::InsideTheStopOfItsDeletionItRunsAnew_data()
+{
+    AddSourceRows();
+}
+
+void SentAgainTest::InsideTheStopOfItsDeletionItRunsAnew()
+{
+    QFETCH(Source, source);
+    QFETCH(QString, start);
+    QFETCH(QString, stop);
+    QFETCH(int, limit);
+    EngineRig rig(NoPictures);
+    SendTasks(rig, source, {"1"});
+    rig.World().WriteFile("1.mp4");
+    rig.Engine().PauseRecordDownloads(Rows(rig, {"1"}));
+    rig.Calls().Clear();
+    Once(rig.Calls(), "Stop", [&rig, source = source] { SendAgain(rig, source); });
+    DropFirst(rig, source, false);
+    rig.Settle();
+    QCOMPARE(Asked(rig), QStringList({stop, start}));
+    QVERIFY(rig.Calls().Lines("Start").value(0).contains(QLatin1String(" path=~/1(1).mp4 ")));
+    QVERIFY(!rig.World().HasFile("1.mp4"));
+    QVERIFY(IsRunning(rig, source, "1"));
+    QCOMPARE(FreePlaces(rig, source), limit - 1);
+}
+
+void SentAgainTest::InsideTheStopOfItsFinishItIsOneTask_data()
+{
+    AddSourceColumns();
+    QTest::addColumn<bool>("taken"); // the finished task is out already
+    QTest::newRow("device") << AllSources[1] << true;
+    QTest::newRow("IOT LAN") << AllSources[2] << false;
+    QTest::newRow("LAN module") << AllSources[3] << false;
+}
+
+void SentAgainTest::InsideTheStopOfItsFinishItIsOneTask()
+{
+    QFETCH(Source, source);
+    QFETCH(QString, start);
+    QFETCH(QString, stop);
+    QFETCH(int, limit);
+    QFETCH(bool, taken);
+    EngineRig rig(NoPictures);
+    SendTasks(rig, source, {"1"});
+    rig.World().WriteFile("1.mp4");
+    rig.Calls().Clear();
+    Once(rig.Calls(), "Stop", [&rig, source = source] { SendAgain(rig, source); });
+    rig.RaiseState(source, "1", 2);
+    const QStringList ended{QStringLiteral("Insert ~/1.mp4"), QStringLiteral("ReportRecordDownloaded 1"), stop};
+    QCOMPARE(Asked(rig), taken ? ended + QStringList(start) : ended);
+    QVERIFY(rig.World().HasFile("1.mp4"));
+    QCOMPARE(IsRunning(rig, source, "1"), taken);
+    QCOMPARE(FreePlaces(rig, source), taken ? limit - 1 : limit);
+}
+
+void SentAgainTest::InsideTheEventOfItsFailureItIsTakenWhereThatIsOver_data()
+{
+    AddSourceColumns();
+    QTest::addColumn<bool>("taken"); // the event comes after the act
+    QTest::newRow("cloud") << AllSources[0] << false;
+    QTest::newRow("device") << AllSources[1] << true;
+    QTest::newRow("IOT LAN") << AllSources[2] << false;
+    QTest::newRow("LAN module") << AllSources[3] << false;
+}
+
+void SentAgainTest::InsideTheEventOfItsFailureItIsTakenWhereThatIsOver()
+{
+    QFETCH(Source, source);
+    QFETCH(QString, start);
+    QFETCH(QString, stop);
+    QFETCH(int, limit);
+    QFETCH(bool, taken);
+    EngineRig rig(NoPictures);
+    SendTasks(rig, source, {"1"});
+    rig.Calls().Clear();
+    Once(rig.Calls(), "notify EventNotifyDownloadRecordStates", [&rig, source = source] { SendAgain(rig, source); });
+    rig.RaiseState(source, "1", 0);
+    QCOMPARE(Asked(rig), taken ? QStringList({stop, start}) : QStringList(stop));
+    QCOMPARE(rig.Calls().Lines("Signal"), // a row that stands for the new task has nothing to hear of the old one
+             taken ? Texts({"SignalAddDownloadInfo 1"}) : Texts({"SignalDownloadRecordStates 1 0 false"}));
+    QCOMPARE(IsRunning(rig, source, "1"), taken);
+    QCOMPARE(FreePlaces(rig, source), taken ? limit - 1 : limit);
+}
+
+void SentAgainTest::AShutdownInsideAStartStopsThatTransfer_data()
+{
+    AddSourceRows();
+}
+
+void SentAgainTest::AShutdownInsideAStartStopsThatTransfer()
+{
+    QFETCH(Source, source);
+    QFETCH(QString, start);
+    QFETCH(QString, stop);
+    EngineRig rig(NoPictures);
+    Once(rig.Calls(), "Start", [&rig] {
+        rig.World().WriteFile("1.mp4");
+        rig.Engine().Shutdown();
+    });
+    SendTasks(rig, source, {"1", "2"});
+    QCOMPARE(Asked(rig), QStringList({start, stop}));
+    QVERIFY(!rig.World().HasFile("1.mp4"));
+}
+
+// The host lets events run inside a start, and with them comes the refusal of another transfer.
+void SentAgainTest::APasswordRequestInsideAStartHoldsTheSource()
+{
+    EngineRig rig;
+    rig.SendList(1, std::vector{Refusable(rig, "1"), Refusable(rig, "2"), Refusable(rig, "3")});
+    rig.Calls().Clear();
+    Once(rig.Calls(), "StartDeviceRecordDownload 3", [&rig] { rig.RaiseState(Source::Device, "1", 3); });
+    rig.RaiseState(Source::Device, "2", 2);
+    QCOMPARE(rig.Calls().Short({"Start", "Stop", "Request"}),
+             Texts({"StopDeviceRecordDownload 2", "StartDeviceRecordDownload 3", "StopDeviceRecordDownload 1",
+                    "RequestDevicePassword SN-1"}));
+    rig.Calls().Clear();
+    rig.World().Devices().AnswerPassword(0, 0, "sealed");
+    rig.Settle();
+    QCOMPARE(rig.Calls().Short("Start"), Texts({"StartDeviceRecordDownload 1"}));
+    QVERIFY(rig.Calls().Lines("Start").value(0).contains(QLatin1String(" password=canary-sealed ")));
+}
+
+void SentAgainTest::TwoEndsOfOneIdInOneTurnKeepTheLimit()
+{
+    EngineRig rig(NoPictures);
+    SendTasks(rig, Source::Cloud, {"1", "1", "2", "3", "4"});
+    QCOMPARE(rig.Calls().Short("Start"),
+             Texts({"StartCloudRecordDownload 1", "StartCloudRecordDownload 1", "StartCloudRecordDownload 2"}));
+    rig.World().WriteFile("1.mp4");
+    rig.World().WriteFile("1(1).mp4");
+    rig.Calls().Clear();
+    for (int i = 0; i < 2; ++i)
+        rig.World().Downloads().RaiseState(Source::Cloud, "1", 2);
+    rig.Settle();
+    QCOMPARE(Asked(rig), Texts({"Insert ~/1.mp4", "ReportRecordDownloaded 1", "StopCloudRecordDownload 1",
+                                "StartCloudRecordDownload 3", "StartCloudRecordDownload 4"}));
+    QCOMPARE(FilesLeft(rig, {"1.mp4", "1(1).mp4"}), Texts({"1.mp4"}));
+    for (const char* pszId : {"2", "3", "4"})
+        QVERIFY(IsRunning(rig, Source::Cloud, pszId));
+    QVERIFY(!IsRunning(rig, Source::Cloud, "1"));
+    QCOMPARE(FreePlaces(rig, Source::Cloud), 0);
+}
+
+// The second end was on its way when the twin still waited.
+void SentAgainTest::AnEndFromBeforeItsStartIsNotTheTwins()
+{
+    EngineRig rig(NoPictures);
+    SendTasks(rig, Source::Cloud, {"2", "3", "1", "1"});
+    rig.Calls().Clear();
+    for (int i = 0; i < 2; ++i)
+        rig.World().Downloads().RaiseState(Source::Cloud, "1", 2);
+    rig.Settle();
+    QCOMPARE(Asked(rig), Texts({"Insert ~/1.mp4", "ReportRecordDownloaded 1", "StartCloudRecordDownload 1"}));
+    for (const char* pszId : {"1", "2", "3"})
+        QVERIFY(IsRunning(rig, Source::Cloud, pszId));
+    QCOMPARE(FreePlaces(rig, Source::Cloud), 0);
+    rig.RaiseState(Source::Cloud, "1", 2);
+    QCOMPARE(rig.Calls().Short("Insert"), Texts({"Insert ~/1.mp4", "Insert ~/1(1).mp4"}));
+}
+
+QTEST_GUILESS_MAIN(SentAgainTest)
+#include "SentAgainTest.moc"
