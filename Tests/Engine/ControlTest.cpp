@@ -39,26 +39,20 @@ private slots:
 
 void ControlTest::PauseStopsARunningTaskAndKeepsItsFiles_data()
 {
-    QTest::addColumn<Source>("source");
-    QTest::addColumn<QStringList>("told");
-    QTest::newRow("cloud") << Source::Cloud << Texts({"StopCloudRecordDownload 1"});
-    QTest::newRow("device") << Source::Device << Texts({"StopDeviceRecordDownload 1"});
-    QTest::newRow("IOT LAN") << Source::IOTLan << Texts({"StopIOTLanRecordDownload 1"});
-    QTest::newRow("LAN module") << Source::LanModule << Texts({"StopLanModuleRecordDownload 1"});
+    AddSourceRows();
 }
 
 void ControlTest::PauseStopsARunningTaskAndKeepsItsFiles()
 {
-    QFETCH(Source, source);
-    QFETCH(QStringList, told);
+    QFETCH(SourceCase, of);
     EngineRig rig(NoPictures);
-    SendTasks(rig, source, {"1"});
+    SendTasks(rig, of.source, {"1"});
     rig.World().WriteFile("1.mp4");
     rig.World().WriteFile("1.jpg");
     rig.Calls().Clear();
     rig.Engine().PauseRecordDownloads(Rows(rig, {"1"}));
     rig.Settle();
-    QCOMPARE(Told(rig), told);
+    QCOMPARE(Told(rig), QStringList(of.Stop("1")));
     QCOMPARE(FilesLeft(rig, {"1.mp4", "1.jpg"}), Texts({"1.mp4", "1.jpg"}));
     QCOMPARE(rig.World().Log().Lines(), Texts({}));
 }
@@ -219,29 +213,23 @@ void ControlTest::AResumedTaskKeepsItsPath()
 
 void ControlTest::DeleteStopsTheTaskAndRemovesItsFiles_data()
 {
-    QTest::addColumn<Source>("source");
-    QTest::addColumn<QStringList>("told");
-    QTest::newRow("cloud") << Source::Cloud << Texts({"StopCloudRecordDownload 1"});
-    QTest::newRow("device") << Source::Device << Texts({"StopDeviceRecordDownload 1"});
-    QTest::newRow("IOT LAN") << Source::IOTLan << Texts({"StopIOTLanRecordDownload 1"});
-    QTest::newRow("LAN module") << Source::LanModule << Texts({"StopLanModuleRecordDownload 1"});
+    AddSourceRows();
 }
 
 void ControlTest::DeleteStopsTheTaskAndRemovesItsFiles()
 {
-    QFETCH(Source, source);
-    QFETCH(QStringList, told);
+    QFETCH(SourceCase, of);
     EngineRig rig(NoPictures);
-    SendTasks(rig, source, {"1"});
+    SendTasks(rig, of.source, {"1"});
     rig.World().WriteFile("1.mp4");
     rig.World().WriteFile("1.jpg");
     rig.World().WriteFile("10.mp4");
     rig.Calls().Clear();
     bool bWasThereAtTheStop = false; // the host still writes it then
     rig.Calls().WhenAdded("Stop", [&] { bWasThereAtTheStop = rig.World().HasFile("1.mp4"); });
-    rig.Engine().DeleteRecordDownload(static_cast<int>(source), QStringLiteral("1"), rig.Task("1")->strDownloadPath);
+    rig.Engine().DeleteRecordDownload(of.iType, QStringLiteral("1"), rig.Task("1")->strDownloadPath);
     rig.Settle();
-    QCOMPARE(Told(rig), told);
+    QCOMPARE(Told(rig), QStringList(of.Stop("1")));
     QVERIFY(bWasThereAtTheStop);
     QCOMPARE(FilesLeft(rig, {"1.mp4", "1.jpg", "10.mp4"}), Texts({"10.mp4"}));
     QCOMPARE(rig.World().Log().Lines(), Texts({"2 RecordDownloadModule::RemoveFileJpg remove file[~/1.mp4]",

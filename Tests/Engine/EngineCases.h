@@ -11,6 +11,45 @@ namespace EngineCases {
 
 using Ids = std::initializer_list<const char*>;
 
+// What the tests know of a source.
+struct SourceCase
+{
+    const char* pszRow;
+    Source source;
+    int iType;           // of its records
+    int iLimit;          // transfers at a time
+    const char* pszName; // in the host's operations
+
+    QString Start(const char* pszId) const { return Operation("Start", pszId); }
+    QString Stop(const char* pszId) const { return Operation("Stop", pszId); }
+
+private:
+    QString Operation(const char* pszVerb, const char* pszId) const
+    {
+        return QString::fromUtf8(pszVerb) + QString::fromUtf8(pszName) + QStringLiteral("RecordDownload ") +
+               QString::fromUtf8(pszId);
+    }
+};
+
+} // namespace EngineCases
+
+Q_DECLARE_METATYPE(EngineCases::SourceCase)
+
+namespace EngineCases {
+
+inline const SourceCase SourceCases[] = {{"cloud", Source::Cloud, 0, 3, "Cloud"},
+                                         {"device", Source::Device, 1, 2, "Device"},
+                                         {"IOT LAN", Source::IOTLan, 2, 1, "IOTLan"},
+                                         {"LAN module", Source::LanModule, 3, 1, "LanModule"}};
+
+// A row for each source, in the column "of".
+inline void AddSourceRows()
+{
+    QTest::addColumn<SourceCase>("of");
+    for (const SourceCase& of : SourceCases)
+        QTest::newRow(of.pszRow) << of;
+}
+
 // Answers every cover picture as failed, so that cloud tasks go on like the others.
 inline void NoPictures(FakeWorld& world)
 {
@@ -20,31 +59,24 @@ inline void NoPictures(FakeWorld& world)
 // Sends one list of tasks of that source, made by the rig.
 inline void SendTasks(EngineRig& rig, Source source, const QStringList& ids)
 {
-    const auto sendAs = [&](int iType, auto make) {
-        std::vector<decltype(make(""))> records;
-        for (const QString& strId : ids)
-            records.push_back(make(strId.toUtf8().constData()));
-        rig.SendList(iType, records);
-    };
-    switch (source) {
-    case Source::Cloud:
-        sendAs(0, [&](const char* pszId) { return rig.Cloud(pszId); });
-        break;
-    case Source::Device:
-        sendAs(1, [&](const char* pszId) { return rig.Device(pszId); });
-        break;
-    case Source::IOTLan:
-        sendAs(2, [&](const char* pszId) { return rig.IOTLan(pszId); });
-        break;
-    case Source::LanModule:
-        sendAs(3, [&](const char* pszId) { return rig.LanModule(pszId); });
-        break;
-    }
+    const int iType = SourceCases[static_cast<int>(source)].iType;
+    rig.Send("EventNotifyDownloadRecordList", {rig.StreamTyped(iType, ids), iType});
 }
 
 inline void SendTasks(EngineRig& rig, Source source, Ids ids)
 {
     SendTasks(rig, source, Texts(ids));
+}
+
+// The target paths of the announced tasks, "~" for the world's folder.
+inline QStringList Paths(EngineRig& rig, Ids ids)
+{
+    QStringList paths;
+    for (const char* pszId : ids) {
+        const DownloadRecordInfoPtr pTask = rig.Task(pszId);
+        paths.append(pTask ? pTask->strDownloadPath : QStringLiteral("no such task"));
+    }
+    return paths.replaceInStrings(rig.World().Folder(), QStringLiteral("~"));
 }
 
 // What the client and the panel were told and what the host was asked, in order: signals whole, the other lines cut

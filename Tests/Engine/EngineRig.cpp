@@ -59,6 +59,26 @@ KXDownLoadList::DownloadLanModuleRecordInfo EngineRig::LanModule(const char* psz
     return Filled<KXDownLoadList::DownloadLanModuleRecordInfo>(m_world, 3, pszRecordId);
 }
 
+QByteArray EngineRig::StreamTyped(int iType, const QStringList& ids, const Change& change) const
+{
+    QByteArray bytes;
+    const auto add = [&](auto record) {
+        if (change)
+            change(record);
+        bytes += Stream(std::vector{record});
+    };
+    for (const QString& strId : ids) {
+        const QByteArray id = strId.toUtf8();
+        if (iType == 0)
+            add(Cloud(id.constData()));
+        else if (iType == 1)
+            add(Device(id.constData()));
+        else
+            add(iType == 2 ? IOTLan(id.constData()) : LanModule(id.constData()));
+    }
+    return bytes;
+}
+
 void EngineRig::Send(const char* pszEvent, const QVariantList& payload)
 {
     m_world.Bus().Send(pszEvent, payload);

@@ -25,14 +25,12 @@
 //
 // A record made here has the times 2020-01-02 03:04:05 (1577934245) to 03:05:06 (1577934306), the path "~/<id>.mp4",
 // device "SN-<id>", everything else as its class has it: no cover URL, no key text, so that a cloud task is held until
-// the picture with the empty URL is answered (EngineRig rig(EngineRig::FailPictures) answers all, as failed).
+// the picture with the empty URL is answered (EngineRig rig(EngineCases::NoPictures) answers all, as failed).
 class EngineRig
 {
 public:
     using Script = std::function<void(FakeWorld&)>;
-
-    // A script: covers cannot be fetched, so that cloud tasks are held no longer than one turn of the event loop.
-    static void FailPictures(FakeWorld& world) { world.Pictures().FailAll(); }
+    using Change = std::function<void(KXDownLoadList::DownloadRecordInfo&)>;
 
     explicit EngineRig(const Script& script = {});
     // Shuts the engine down, unless the test did, and drains what was posted.
@@ -62,12 +60,11 @@ public:
     {
         SendList(record.iRecordType, std::vector<Record>{record});
     }
-    // One record of that type and id, changed by `change(record)` before; gives the source that it belongs to.
-    template <class Change>
-    Source SendTyped(int iType, const char* pszRecordId, const Change& change);
-    Source SendTyped(int iType, const char* pszRecordId)
+    // Records of that type with those ids, each changed by `change`, as a host writes them; and one of them, sent.
+    QByteArray StreamTyped(int iType, const QStringList& ids, const Change& change = {}) const;
+    void SendTyped(int iType, const char* pszRecordId, const Change& change = {})
     {
-        return SendTyped(iType, pszRecordId, [](KXDownLoadList::DownloadRecordInfo&) {});
+        Send("EventNotifyDownloadRecordList", {StreamTyped(iType, Texts({pszRecordId}), change), iType});
     }
     // An event of another part of the client.
     void Send(const char* pszEvent, const QVariantList& payload);
@@ -97,24 +94,4 @@ QByteArray EngineRig::Stream(const std::vector<Record>& records)
     for (const Record& record : records)
         record.Serialize(stream);
     return bytes;
-}
-
-template <class Change>
-Source EngineRig::SendTyped(int iType, const char* pszRecordId, const Change& change)
-{
-    const auto send = [&](auto record, Source source) {
-        change(record);
-        SendOne(record);
-        return source;
-    };
-    switch (iType) {
-    case 0:
-        return send(Cloud(pszRecordId), Source::Cloud);
-    case 1:
-        return send(Device(pszRecordId), Source::Device);
-    case 2:
-        return send(IOTLan(pszRecordId), Source::IOTLan);
-    default:
-        return send(LanModule(pszRecordId), Source::LanModule);
-    }
 }

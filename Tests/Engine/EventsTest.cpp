@@ -1,7 +1,8 @@
-#include "Engine/EngineRig.h"
+#include "Engine/EngineCases.h"
 
 #include <QtCore/QMetaMethod>
-#include <QtTest/QtTest>
+
+using namespace EngineCases;
 
 // The events that the engine takes and sends: element counts, payloads, wrongly typed elements.
 class EventsTest : public QObject
@@ -129,7 +130,7 @@ void EventsTest::AListTypeThatIsNoNumberCountsAsZero_data()
 void EventsTest::AListTypeThatIsNoNumberCountsAsZero()
 {
     QFETCH(QVariant, type);
-    EngineRig rig(EngineRig::FailPictures);
+    EngineRig rig(NoPictures);
     rig.Send("EventNotifyDownloadRecordList", {EngineRig::Stream<decltype(rig.Cloud("7"))>({rig.Cloud("7")}), type});
     QCOMPARE(rig.Calls().Short("Start"), Texts({"StartCloudRecordDownload 7"}));
     QCOMPARE(rig.World().Log().Lines("6 "), Texts({}));
@@ -157,7 +158,7 @@ void EventsTest::DeleteEventWithoutElementsIsIgnored()
 
 void EventsTest::DeleteEventStopsEveryTaskAndSaysSo()
 {
-    EngineRig rig(EngineRig::FailPictures);
+    EngineRig rig(NoPictures);
     rig.SendOne(rig.Cloud("7"));
     rig.SendOne(rig.Device("d"));
     rig.SendOne(rig.IOTLan("i"));
@@ -255,7 +256,7 @@ void EventsTest::QueryIsAnsweredByListAndType()
 {
     QFETCH(QString, query);
     QFETCH(QString, answer);
-    EngineRig rig(EngineRig::FailPictures);
+    EngineRig rig(NoPictures);
     rig.SendOne(rig.Cloud("7"));
     rig.SendOne(rig.Device("d"));
     rig.SendOne(rig.IOTLan("i"));
@@ -390,8 +391,9 @@ void EventsTest::StateEventCarriesIndentedJson()
 {
     QFETCH(int, type);
     QFETCH(QString, json);
-    EngineRig rig(EngineRig::FailPictures);
-    rig.RaiseState(rig.SendTyped(type, "7"), "7", 0);
+    EngineRig rig(NoPictures);
+    rig.SendTyped(type, "7");
+    rig.RaiseState(static_cast<Source>(type), "7", 0);
     QCOMPARE(rig.Calls().Count("notify EventNotifyDownloadRecordStates"), 1);
     const QVariant payload = rig.World().Bus().Payloads("EventNotifyDownloadRecordStates").at(0).at(0);
     QCOMPARE(payload.userType(), int(QMetaType::QString));
@@ -410,7 +412,7 @@ void EventsTest::EventsAreSentOnTheEnginesThread()
 
 void EventsTest::EventsAfterShutdownStartNothing()
 {
-    EngineRig rig(EngineRig::FailPictures);
+    EngineRig rig(NoPictures);
     rig.Engine().Shutdown();
     rig.Calls().Clear();
     rig.SendOne(rig.Device("d"));

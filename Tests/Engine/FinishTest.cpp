@@ -195,22 +195,18 @@ void FinishTest::AFinishedTaskGivesItsPathBack()
 
 void FinishTest::ACallbackWithoutUserPostsNothing_data()
 {
-    QTest::addColumn<Source>("source");
-    QTest::newRow("cloud") << Source::Cloud;
-    QTest::newRow("device") << Source::Device;
-    QTest::newRow("IOT LAN") << Source::IOTLan;
-    QTest::newRow("LAN module") << Source::LanModule;
+    AddSourceRows();
 }
 
 void FinishTest::ACallbackWithoutUserPostsNothing()
 {
-    QFETCH(Source, source);
+    QFETCH(SourceCase, of);
     EngineRig rig(NoPictures);
-    SendTasks(rig, source, {"1"});
+    SendTasks(rig, of.source, {"1"});
     rig.Calls().Clear();
     rig.World().Downloads().ReplaceUser(nullptr);
-    QCOMPARE(rig.World().Downloads().RaiseState(source, "1", 2), -1);
-    QCOMPARE(rig.World().Downloads().RaiseData(source, "1", 10), -1);
+    QCOMPARE(rig.World().Downloads().RaiseState(of.source, "1", 2), -1);
+    QCOMPARE(rig.World().Downloads().RaiseData(of.source, "1", 10), -1);
     rig.Settle();
     QCOMPARE(Told(rig), Texts({}));
     rig.World().Downloads().ReplaceUser(&rig.Engine());
@@ -218,17 +214,17 @@ void FinishTest::ACallbackWithoutUserPostsNothing()
 
 void FinishTest::ACallbackOnlyPosts_data()
 {
-    ACallbackWithoutUserPostsNothing_data();
+    AddSourceRows();
 }
 
 void FinishTest::ACallbackOnlyPosts()
 {
-    QFETCH(Source, source);
+    QFETCH(SourceCase, of);
     EngineRig rig(NoPictures);
-    SendTasks(rig, source, {"1"});
+    SendTasks(rig, of.source, {"1"});
     rig.Calls().Clear();
-    QCOMPARE(rig.World().Downloads().RaiseState(source, "1", 1), 1); // what the posting gives
-    QCOMPARE(rig.World().Downloads().RaiseData(source, "1", 10), 1);
+    QCOMPARE(rig.World().Downloads().RaiseState(of.source, "1", 1), 1); // what the posting gives
+    QCOMPARE(rig.World().Downloads().RaiseData(of.source, "1", 10), 1);
     QCOMPARE(Told(rig), Texts({}));
     rig.Settle();
     QCOMPARE(Told(rig), Texts({"SignalDownloadRecordStates 1 1 false", "SignalDownloadRecordData 1 10"}));
@@ -237,18 +233,18 @@ void FinishTest::ACallbackOnlyPosts()
 
 void FinishTest::ACallbackOnTheEnginesThreadOnlyPosts_data()
 {
-    ACallbackWithoutUserPostsNothing_data();
+    AddSourceRows();
 }
 
 // A host may call back from inside an operation of the engine, which must be over before the state is acted on.
 void FinishTest::ACallbackOnTheEnginesThreadOnlyPosts()
 {
-    QFETCH(Source, source);
+    QFETCH(SourceCase, of);
     EngineRig rig(NoPictures);
-    SendTasks(rig, source, {"1"});
+    SendTasks(rig, of.source, {"1"});
     rig.Calls().Clear();
-    QCOMPARE(rig.World().Downloads().CallState(source, "1", 1), 1);
-    QCOMPARE(rig.World().Downloads().CallData(source, "1", 10), 1);
+    QCOMPARE(rig.World().Downloads().CallState(of.source, "1", 1), 1);
+    QCOMPARE(rig.World().Downloads().CallData(of.source, "1", 10), 1);
     QCOMPARE(Told(rig), Texts({}));
     rig.Settle();
     QCOMPARE(Told(rig), Texts({"SignalDownloadRecordStates 1 1 false", "SignalDownloadRecordData 1 10"}));

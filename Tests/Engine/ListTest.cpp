@@ -1,7 +1,6 @@
-#include "Engine/EngineRig.h"
+#include "Engine/EngineCases.h"
 
-#include <QtTest/QtTest>
-
+using namespace EngineCases;
 using namespace KXDownLoadList;
 
 // How a received list becomes tasks: classes, names, target paths; streams that are short, corrupt or hostile.
@@ -40,11 +39,6 @@ private slots:
     void EveryCutKeepsTheWholeRecordsBefore();
     void EveryFlippedByteIsSurvived();
     void ListAfterACorruptOneIsReadAgain();
-
-private:
-    static QByteArray StreamOf(EngineRig& rig, int iType, const std::vector<const char*>& ids);
-    static void AddSourceRows();
-    static QStringList Paths(EngineRig& rig, const std::vector<const char*>& ids);
 };
 
 namespace {
@@ -55,43 +49,6 @@ constexpr int Device = 1;
 
 } // namespace
 
-// A host's stream of records of that type with these ids.
-QByteArray ListTest::StreamOf(EngineRig& rig, int iType, const std::vector<const char*>& ids)
-{
-    QByteArray bytes;
-    for (const char* pszId : ids) {
-        if (iType == 0)
-            bytes += EngineRig::Stream<DownloadCloudRecordInfo>({rig.Cloud(pszId)});
-        else if (iType == 1)
-            bytes += EngineRig::Stream<DownloadDeviceRecordInfo>({rig.Device(pszId)});
-        else
-            bytes +=
-                EngineRig::Stream<DownloadLanModuleRecordInfo>({iType == 2 ? rig.IOTLan(pszId) : rig.LanModule(pszId)});
-    }
-    return bytes;
-}
-
-void ListTest::AddSourceRows()
-{
-    QTest::addColumn<int>("type");
-    QTest::newRow("cloud") << 0;
-    QTest::newRow("device") << 1;
-    QTest::newRow("IOT LAN") << 2;
-    QTest::newRow("LAN module") << 3;
-}
-
-// The target paths of the announced tasks, "~" for the world's folder.
-QStringList ListTest::Paths(EngineRig& rig, const std::vector<const char*>& ids)
-{
-    QStringList paths;
-    for (const char* pszId : ids) {
-        const DownloadRecordInfoPtr pTask = rig.Task(pszId);
-        paths.append(pTask ? pTask->strDownloadPath : QStringLiteral("no such task"));
-        paths.last().replace(rig.World().Folder(), QStringLiteral("~"));
-    }
-    return paths;
-}
-
 void ListTest::EachTypeReadsItsClass_data()
 {
     AddSourceRows();
@@ -99,15 +56,15 @@ void ListTest::EachTypeReadsItsClass_data()
 
 void ListTest::EachTypeReadsItsClass()
 {
-    QFETCH(int, type);
-    EngineRig rig(EngineRig::FailPictures);
-    rig.SendTyped(type, "7");
+    QFETCH(SourceCase, of);
+    EngineRig rig(NoPictures);
+    rig.SendTyped(of.iType, "7");
     const DownloadRecordInfoPtr pTask = rig.Task("7");
     QVERIFY(pTask);
-    QCOMPARE(pTask->iRecordType, type);
-    QCOMPARE(std::dynamic_pointer_cast<DownloadCloudRecordInfo>(pTask) != nullptr, type == 0);
-    QCOMPARE(std::dynamic_pointer_cast<DownloadDeviceRecordInfo>(pTask) != nullptr, type == 1);
-    QCOMPARE(std::dynamic_pointer_cast<DownloadLanModuleRecordInfo>(pTask) != nullptr, type == 2 || type == 3);
+    QCOMPARE(pTask->iRecordType, of.iType);
+    QCOMPARE(std::dynamic_pointer_cast<DownloadCloudRecordInfo>(pTask) != nullptr, of.iType == 0);
+    QCOMPARE(std::dynamic_pointer_cast<DownloadDeviceRecordInfo>(pTask) != nullptr, of.iType == 1);
+    QCOMPARE(std::dynamic_pointer_cast<DownloadLanModuleRecordInfo>(pTask) != nullptr, of.iType == 2 || of.iType == 3);
 }
 
 void ListTest::EveryStreamedFieldReachesThePanelsTask()
@@ -156,7 +113,7 @@ void ListTest::EveryStreamedFieldReachesThePanelsTask()
 void ListTest::TasksAreQueuedInStreamOrder()
 {
     EngineRig rig;
-    rig.Send("EventNotifyDownloadRecordList", {StreamOf(rig, 3, {"b", "a", "d", "c"}), 3});
+    rig.Send("EventNotifyDownloadRecordList", {rig.StreamTyped(3, Texts({"b", "a", "d", "c"})), 3});
     QCOMPARE(rig.Calls().Short("SignalAdd"), Texts({"SignalAddDownloadInfo b", "SignalAddDownloadInfo a",
                                                     "SignalAddDownloadInfo d", "SignalAddDownloadInfo c"}));
     for (const char* pszId : {"b", "a", "d", "c"})
@@ -172,10 +129,10 @@ void ListTest::ZeroRecordsAreZeroTasks_data()
 
 void ListTest::ZeroRecordsAreZeroTasks()
 {
-    QFETCH(int, type);
-    EngineRig rig(EngineRig::FailPictures);
+    QFETCH(SourceCase, of);
+    EngineRig rig(NoPictures);
     rig.Calls().Clear();
-    rig.Send("EventNotifyDownloadRecordList", {QByteArray(), type});
+    rig.Send("EventNotifyDownloadRecordList", {QByteArray(), of.iType});
     QCOMPARE(rig.Calls().Lines(), Texts({}));
     QCOMPARE(rig.World().Log().Lines(), Texts({}));
 }
@@ -216,10 +173,10 @@ void ListTest::TwoTasksOfOneNameNeverShareAFile_data()
 
 void ListTest::TwoTasksOfOneNameNeverShareAFile()
 {
-    QFETCH(int, type);
-    EngineRig rig(EngineRig::FailPictures);
+    QFETCH(SourceCase, of);
+    EngineRig rig(NoPictures);
     for (const char* pszId : {"1", "2", "3"})
-        rig.SendTyped(type, pszId, [&](auto& record) { record.strDownloadPath = rig.World().Path("x.mp4"); });
+        rig.SendTyped(of.iType, pszId, [&](auto& record) { record.strDownloadPath = rig.World().Path("x.mp4"); });
     QCOMPARE(Paths(rig, {"1", "2", "3"}), Texts({"~/x.mp4", "~/x(1).mp4", "~/x(2).mp4"}));
     QCOMPARE(rig.World().HasFile("x.mp4"), false);
 }
@@ -360,8 +317,8 @@ void ListTest::CorruptRecordEndsTheList()
     QFETCH(int, type);
     QFETCH(int, broken);
     QFETCH(QStringList, announced);
-    EngineRig rig(EngineRig::FailPictures);
-    QByteArray bytes = StreamOf(rig, type, {"1", "2", "3"});
+    EngineRig rig(NoPictures);
+    QByteArray bytes = rig.StreamTyped(type, Texts({"1", "2", "3"}));
     const int iRecord = bytes.size() / 3;
     bytes[broken * iRecord + RecordIdLength + 3] = 1; // a text of one byte is none: they come in twos
     rig.Send("EventNotifyDownloadRecordList", {bytes, type});
@@ -374,7 +331,7 @@ void ListTest::CorruptRecordEndsTheList()
 void ListTest::CorruptRecordPromisesNoPath()
 {
     EngineRig rig;
-    QByteArray bytes = StreamOf(rig, Device, {"7"});
+    QByteArray bytes = rig.StreamTyped(Device, Texts({"7"}));
     // The device record ends in five flags, the stream number and the file name, a null text before them.
     bytes.replace(bytes.size() - 13, 4, QByteArray::fromHex("00000001"));
     rig.Send("EventNotifyDownloadRecordList", {bytes, Device});
@@ -402,8 +359,8 @@ void ListTest::ShortRecordIsQueuedAsFarAsItGoes()
     QFETCH(int, cut);
     QFETCH(QStringList, events);
     EngineRig rig;
-    const QByteArray whole = StreamOf(rig, Device, {"a"});
-    const QByteArray second = StreamOf(rig, Device, {"b"});
+    const QByteArray whole = rig.StreamTyped(Device, Texts({"a"}));
+    const QByteArray second = rig.StreamTyped(Device, Texts({"b"}));
     // Below zero: so many bytes are left; otherwise so many are missing.
     const QByteArray rest = cut < 0 ? second.left(-cut) : second.chopped(cut);
     rig.Send("EventNotifyDownloadRecordList", {QByteArray(whole + rest), Device});
@@ -419,13 +376,13 @@ void ListTest::EveryCutKeepsTheWholeRecordsBefore_data()
 
 void ListTest::EveryCutKeepsTheWholeRecordsBefore()
 {
-    QFETCH(int, type);
+    QFETCH(SourceCase, of);
     int iRecord = 1;
     for (int iCut = 0; iCut < iRecord; ++iCut) {
-        EngineRig rig(EngineRig::FailPictures);
-        const QByteArray bytes = StreamOf(rig, type, {"1", "2"});
+        EngineRig rig(NoPictures);
+        const QByteArray bytes = rig.StreamTyped(of.iType, Texts({"1", "2"}));
         iRecord = bytes.size() / 2;
-        rig.Send("EventNotifyDownloadRecordList", {bytes.left(iRecord + iCut), type});
+        rig.Send("EventNotifyDownloadRecordList", {bytes.left(iRecord + iCut), of.iType});
         QCOMPARE(rig.Calls().Lines("SignalAdd").value(0), QStringLiteral("SignalAddDownloadInfo 1"));
         QCOMPARE(rig.Task("1")->strEndTime, QStringLiteral("20200102T030506"));
         QVERIFY2(rig.Calls().Count("SignalAdd") <= 2, QByteArray::number(iCut).constData());
@@ -438,7 +395,7 @@ void ListTest::EveryFlippedByteIsSurvived()
     for (int i = 0; i < iBytes; ++i) {
         EngineRig rig;
         rig.SendOne(rig.LanModule("first")); // the place is taken: no folder is made for a broken path
-        QByteArray bytes = StreamOf(rig, 3, {"1", "2"});
+        QByteArray bytes = rig.StreamTyped(3, Texts({"1", "2"}));
         iBytes = bytes.size();
         bytes[i] = static_cast<char>(~bytes[i]);
         rig.Send("EventNotifyDownloadRecordList", {bytes, 3});

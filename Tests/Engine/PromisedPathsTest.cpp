@@ -26,21 +26,12 @@ private slots:
 
 private:
     static void SendAs(EngineRig& rig, int iType, const char* pszRecordId, const char* pszFile);
-    static QStringList Paths(EngineRig& rig, Ids ids);
 };
 
 // One task whose target is that file of the world's folder.
 void PromisedPathsTest::SendAs(EngineRig& rig, int iType, const char* pszRecordId, const char* pszFile)
 {
     rig.SendTyped(iType, pszRecordId, [&](auto& record) { record.strDownloadPath = rig.World().Path(pszFile); });
-}
-
-QStringList PromisedPathsTest::Paths(EngineRig& rig, Ids ids)
-{
-    QStringList paths;
-    for (const DownloadRecordInfoPtr& pTask : Rows(rig, ids))
-        paths.append(pTask ? pTask->strDownloadPath : QStringLiteral("no such task"));
-    return paths.replaceInStrings(rig.World().Folder(), QStringLiteral("~"));
 }
 
 void PromisedPathsTest::ARecordSentWhileAnotherIsTakenInGetsItsOwnPath_data()
@@ -115,23 +106,19 @@ void PromisedPathsTest::ADeletedTaskGivesUpItsOwnPathOnly()
 
 void PromisedPathsTest::ADeletedTaskHoldsItsPathUntilItsFilesAreGone_data()
 {
-    QTest::addColumn<int>("type");
-    QTest::newRow("cloud") << 0;
-    QTest::newRow("device") << 1;
-    QTest::newRow("IOT LAN") << 2;
-    QTest::newRow("LAN module") << 3;
+    AddSourceRows();
 }
 
 // A record that the client sends inside the stop would otherwise write to the file that the stop is about to remove.
 void PromisedPathsTest::ADeletedTaskHoldsItsPathUntilItsFilesAreGone()
 {
-    QFETCH(int, type);
+    QFETCH(SourceCase, of);
     EngineRig rig(NoPictures);
-    SendAs(rig, type, "1", "x.mp4");
-    rig.Calls().WhenAdded("Stop", [&rig, iType = type] { SendAs(rig, iType, "2", "x.mp4"); });
-    rig.Engine().DeleteRecordDownload(type, QStringLiteral("1"), rig.World().Path("x.mp4"));
+    SendAs(rig, of.iType, "1", "x.mp4");
+    rig.Calls().WhenAdded("Stop", [&rig, iType = of.iType] { SendAs(rig, iType, "2", "x.mp4"); });
+    rig.Engine().DeleteRecordDownload(of.iType, QStringLiteral("1"), rig.World().Path("x.mp4"));
     QCOMPARE(Paths(rig, {"2"}), Texts({"~/x(1).mp4"}));
-    SendAs(rig, type, "3", "x.mp4");
+    SendAs(rig, of.iType, "3", "x.mp4");
     QCOMPARE(Paths(rig, {"3"}), Texts({"~/x.mp4"}));
 }
 

@@ -48,16 +48,14 @@ void Once(EngineRig& rig, const char* pszPrefix, const std::function<void()>& ac
     });
 }
 
-void AddSourceRows()
+// The sources, and cloud once more: held until its password is answered.
+void AddPasswordRows()
 {
-    QTest::addColumn<Source>("source");
-    QTest::addColumn<QString>("name");  // in the host's operations
-    QTest::addColumn<bool>("password"); // held until it is answered
-    QTest::newRow("cloud") << Source::Cloud << QStringLiteral("Cloud") << false;
-    QTest::newRow("cloud, with a password") << Source::Cloud << QStringLiteral("Cloud") << true;
-    QTest::newRow("device") << Source::Device << QStringLiteral("Device") << false;
-    QTest::newRow("IOT LAN") << Source::IOTLan << QStringLiteral("IOTLan") << false;
-    QTest::newRow("LAN module") << Source::LanModule << QStringLiteral("LanModule") << false;
+    QTest::addColumn<SourceCase>("of");
+    QTest::addColumn<bool>("password");
+    for (const SourceCase& of : SourceCases)
+        QTest::newRow(of.pszRow) << of << false;
+    QTest::newRow("cloud, with a password") << SourceCases[0] << true;
 }
 
 // Sends "1"; if its password is asked for, that is answered.
@@ -76,16 +74,6 @@ void SendFirst(EngineRig& rig, Source source, bool bPassword)
         return;
     rig.World().Cloud().AnswerPassword(uAsked, 1, "canary-secret");
     rig.Settle();
-}
-
-QString Start(const QString& strName, const char* pszId)
-{
-    return QStringLiteral("Start%1RecordDownload %2").arg(strName, QString::fromUtf8(pszId));
-}
-
-QString Stop(const QString& strName, const char* pszId)
-{
-    return QStringLiteral("Stop%1RecordDownload %2").arg(strName, QString::fromUtf8(pszId));
 }
 
 void FillDisk(EngineRig& rig)
@@ -161,51 +149,42 @@ void ReentryTest::AHeldTaskResumedTwiceIsOneTask()
 
 void ReentryTest::AListInsideTheHostsStartIsStartedInOrder_data()
 {
-    QTest::addColumn<Source>("source");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("limit");
-    QTest::newRow("cloud") << Source::Cloud << QStringLiteral("Cloud") << 3;
-    QTest::newRow("device") << Source::Device << QStringLiteral("Device") << 2;
-    QTest::newRow("IOT LAN") << Source::IOTLan << QStringLiteral("IOTLan") << 1;
-    QTest::newRow("LAN module") << Source::LanModule << QStringLiteral("LanModule") << 1;
+    AddSourceRows();
 }
 
 void ReentryTest::AListInsideTheHostsStartIsStartedInOrder()
 {
-    QFETCH(Source, source);
-    QFETCH(QString, name);
-    QFETCH(int, limit);
+    QFETCH(SourceCase, of);
     EngineRig rig(NoPictures);
-    Once(rig, "Start", [&] { SendTasks(rig, source, {"2", "3", "4", "5"}); });
-    SendTasks(rig, source, {"1"});
-    const QStringList all{Start(name, "1"), Start(name, "2"), Start(name, "3"), Start(name, "4"), Start(name, "5")};
-    QCOMPARE(rig.Calls().Short("Start"), QStringList(all.mid(0, limit)));
+    Once(rig, "Start", [&] { SendTasks(rig, of.source, {"2", "3", "4", "5"}); });
+    SendTasks(rig, of.source, {"1"});
+    const QStringList all{of.Start("1"), of.Start("2"), of.Start("3"), of.Start("4"), of.Start("5")};
+    QCOMPARE(rig.Calls().Short("Start"), QStringList(all.mid(0, of.iLimit)));
     int iEnded = 0;
     for (const char* pszId : {"1", "2", "3", "4", "5"}) {
-        rig.RaiseState(source, pszId, 2);
-        QCOMPARE(rig.Calls().Short("Start"), QStringList(all.mid(0, limit + ++iEnded)));
+        rig.RaiseState(of.source, pszId, 2);
+        QCOMPARE(rig.Calls().Short("Start"), QStringList(all.mid(0, of.iLimit + ++iEnded)));
     }
 }
 
 void ReentryTest::AFullDiskInsideTheHostsStartStopsThatTransfer_data()
 {
-    AddSourceRows();
+    AddPasswordRows();
 }
 
 void ReentryTest::AFullDiskInsideTheHostsStartStopsThatTransfer()
 {
-    QFETCH(Source, source);
-    QFETCH(QString, name);
+    QFETCH(SourceCase, of);
     QFETCH(bool, password);
     EngineRig rig(NoPictures);
     Once(rig, "Start", [&rig] { FillDisk(rig); });
-    SendFirst(rig, source, password);
+    SendFirst(rig, of.source, password);
     const QStringList told = Told(rig);
     QCOMPARE(told.mid(told.size() - 3),
-             QStringList({Start(name, "1"), QStringLiteral("SignalStopAllRecord"), Stop(name, "1")}));
+             QStringList({of.Start("1"), QStringLiteral("SignalStopAllRecord"), of.Stop("1")}));
     rig.Calls().Clear();
     for (const int iCode : {1, 0, 2})
-        rig.RaiseState(source, "1", iCode);
+        rig.RaiseState(of.source, "1", iCode);
     QCOMPARE(Told(rig), Texts({}));
 }
 
@@ -225,112 +204,109 @@ void ReentryTest::AFullDiskWhileTheFirstOfManyStartsDropsTheOthers()
 
 void ReentryTest::AFullDiskWhileARowIsAnnouncedStartsNothing_data()
 {
-    AddSourceRows();
+    AddPasswordRows();
 }
 
 void ReentryTest::AFullDiskWhileARowIsAnnouncedStartsNothing()
 {
-    QFETCH(Source, source);
-    QFETCH(QString, name);
+    QFETCH(SourceCase, of);
     QFETCH(bool, password);
     EngineRig rig(NoPictures);
     Once(rig, "SignalAddDownloadInfo", [&rig] { FillDisk(rig); });
-    SendFirst(rig, source, password);
+    SendFirst(rig, of.source, password);
     QCOMPARE(rig.Calls().Lines("Signal"), Texts({"SignalAddDownloadInfo 1", "SignalStopAllRecord"}));
     QCOMPARE(rig.Calls().Count("Start"), 0);
-    rig.RaiseState(source, "1", 0);
+    rig.RaiseState(of.source, "1", 0);
     QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates"), 0);
-    SendFirst(rig, source, password); // it is in no list, so this is no repetition
+    SendFirst(rig, of.source, password); // it is in no list, so this is no repetition
     QCOMPARE(rig.Calls().Count("SignalAddDownloadInfo"), 2);
-    QCOMPARE(rig.Calls().Short("Start"), QStringList(Start(name, "1")));
+    QCOMPARE(rig.Calls().Short("Start"), QStringList(of.Start("1")));
 }
 
 void ReentryTest::ARecordRepeatedWhileItsRowIsAnnouncedStartsOnce_data()
 {
-    AddSourceRows();
+    AddPasswordRows();
 }
 
 void ReentryTest::ARecordRepeatedWhileItsRowIsAnnouncedStartsOnce()
 {
-    QFETCH(Source, source);
-    QFETCH(QString, name);
+    QFETCH(SourceCase, of);
     QFETCH(bool, password);
     EngineRig rig(NoPictures);
     Once(rig, "SignalAddDownloadInfo",
-         [&rig, source = source, password = password] { SendFirst(rig, source, password); });
-    SendFirst(rig, source, password);
-    QCOMPARE(rig.Calls().Short("Start"), QStringList(Start(name, "1")));
-    rig.RaiseState(source, "1", 2);
-    QCOMPARE(rig.Calls().Short("Start"), QStringList(Start(name, "1")));
+         [&rig, &of, &password] { SendFirst(rig, of.source, password); });
+    SendFirst(rig, of.source, password);
+    QCOMPARE(rig.Calls().Short("Start"), QStringList(of.Start("1")));
+    rig.RaiseState(of.source, "1", 2);
+    QCOMPARE(rig.Calls().Short("Start"), QStringList(of.Start("1")));
 }
 
 // The device source tells the client when it has acted, so only the others can be hit.
 void ReentryTest::ATaskPutInPlaceOfOneThatEndsIsLeftAlone_data()
 {
-    QTest::addColumn<Source>("source");
-    QTest::addColumn<QString>("name");
+    QTest::addColumn<SourceCase>("of");
     QTest::addColumn<int>("code");
-    for (const int iCode : {0, 2}) {
-        QTest::addRow("cloud, code %d", iCode) << Source::Cloud << QStringLiteral("Cloud") << iCode;
-        QTest::addRow("IOT LAN, code %d", iCode) << Source::IOTLan << QStringLiteral("IOTLan") << iCode;
-        QTest::addRow("LAN module, code %d", iCode) << Source::LanModule << QStringLiteral("LanModule") << iCode;
+    for (const SourceCase& of : SourceCases) {
+        for (const int iCode : {0, 2}) {
+            if (of.source != Source::Device)
+                QTest::addRow("%s, code %d", of.pszRow, iCode) << of << iCode;
+        }
     }
 }
 
 void ReentryTest::ATaskPutInPlaceOfOneThatEndsIsLeftAlone()
 {
-    QFETCH(Source, source);
-    QFETCH(QString, name);
+    QFETCH(SourceCase, of);
     QFETCH(int, code);
     EngineRig rig(NoPictures);
-    SendTasks(rig, source, {"1"});
+    SendTasks(rig, of.source, {"1"});
     const DownloadRecordInfoPtr pOld = rig.Task("1");
     rig.Calls().Clear();
-    Once(rig, "notify EventNotifyDownloadRecordStates", [&rig, &pOld, source = source] {
-        rig.Engine().DeleteRecordDownload(static_cast<int>(source), QStringLiteral("1"), pOld->strDownloadPath);
-        SendTasks(rig, source, {"1"});
+    Once(rig, "notify EventNotifyDownloadRecordStates", [&rig, &pOld, &of] {
+        rig.Engine().DeleteRecordDownload(of.iType, QStringLiteral("1"), pOld->strDownloadPath);
+        SendTasks(rig, of.source, {"1"});
         rig.World().WriteFile("1.mp4"); // the new transfer's
     });
-    rig.RaiseState(source, "1", code);
+    rig.RaiseState(of.source, "1", code);
     QVERIFY(rig.Task("1") != pOld);
     QCOMPARE(rig.Task("1")->strDownloadPath, rig.World().Path("1.mp4"));
-    QCOMPARE(rig.Calls().Short({"Start", "Stop"}), QStringList({Stop(name, "1"), Start(name, "1")}));
+    QCOMPARE(rig.Calls().Short({"Start", "Stop"}), QStringList({of.Stop("1"), of.Start("1")}));
     QVERIFY(rig.World().HasFile("1.mp4"));
     QCOMPARE(rig.Calls().Lines({"Insert", "Report"}), Texts({}));
-    rig.RaiseState(source, "1", 1); // it runs on
+    rig.RaiseState(of.source, "1", 1); // it runs on
     QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates 1 1 false"), 1);
 }
 
 void ReentryTest::ATaskThatWaitsInPlaceOfOneThatEndsIsLeftAlone_data()
 {
-    QTest::addColumn<Source>("source");
-    QTest::addColumn<QString>("name");
+    QTest::addColumn<SourceCase>("of");
     QTest::addColumn<int>("code");
-    for (const int iCode : {0, 2, 3, 77}) {
-        QTest::addRow("IOT LAN, code %d", iCode) << Source::IOTLan << QStringLiteral("IOTLan") << iCode;
-        QTest::addRow("LAN module, code %d", iCode) << Source::LanModule << QStringLiteral("LanModule") << iCode;
+    for (const SourceCase& of : SourceCases) {
+        for (const int iCode : {0, 2, 3, 77}) {
+            if (of.iLimit == 1)
+                QTest::addRow("%s, code %d", of.pszRow, iCode) << of << iCode;
+        }
     }
 }
 
 void ReentryTest::ATaskThatWaitsInPlaceOfOneThatEndsIsLeftAlone()
 {
-    QFETCH(Source, source);
-    QFETCH(QString, name);
+    QFETCH(SourceCase, of);
     QFETCH(int, code);
     EngineRig rig;
-    SendTasks(rig, source, {"1", "2"});
+    SendTasks(rig, of.source, {"1", "2"});
     rig.Calls().Clear();
-    Once(rig, "notify EventNotifyDownloadRecordStates", [&rig, source = source] {
+    Once(rig, "notify EventNotifyDownloadRecordStates", [&rig, &of] {
         const QString strPath = rig.Task("1")->strDownloadPath;
-        rig.Engine().DeleteRecordDownload(static_cast<int>(source), QStringLiteral("1"), strPath);
-        SendTasks(rig, source, {"1"}); // "2" has the place by now
+        rig.Engine().DeleteRecordDownload(of.iType, QStringLiteral("1"), strPath);
+        SendTasks(rig, of.source, {"1"}); // "2" has the place by now
     });
-    rig.RaiseState(source, "1", code);
-    QCOMPARE(rig.Calls().Short({"Start", "Stop"}), QStringList({Stop(name, "1"), Start(name, "2")}));
+    rig.RaiseState(of.source, "1", code);
+    QCOMPARE(rig.Calls().Short({"Start", "Stop"}), QStringList({of.Stop("1"), of.Start("2")}));
     QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates"), 0); // the new row has nothing to hear of it
     rig.Calls().Clear();
-    rig.RaiseState(source, "2", 2);
-    QCOMPARE(rig.Calls().Short("Start"), QStringList(Start(name, "1")));
+    rig.RaiseState(of.source, "2", 2);
+    QCOMPARE(rig.Calls().Short("Start"), QStringList(of.Start("1")));
 }
 
 // Of two running tasks of one device "1" is refused; "3" of another device waits.

@@ -216,24 +216,20 @@ void SchedulerTest::ATaskThatTheHostRefusesIsDroppedAndLogged()
 
 void SchedulerTest::EveryResultButZeroIsARefusal_data()
 {
-    QTest::addColumn<Source>("source");
-    QTest::newRow("cloud") << Source::Cloud;
-    QTest::newRow("device") << Source::Device;
-    QTest::newRow("IOT LAN") << Source::IOTLan;
-    QTest::newRow("LAN module") << Source::LanModule;
+    AddSourceRows();
 }
 
 void SchedulerTest::EveryResultButZeroIsARefusal()
 {
-    QFETCH(Source, source);
+    QFETCH(SourceCase, of);
     for (const int iResult : {-2147483647, -1, 1, 2147483647}) {
         EngineRig rig([iResult](FakeWorld& world) {
             NoPictures(world);
             world.Downloads().SetStartResult(iResult);
         });
-        SendTasks(rig, source, {"1"});
+        SendTasks(rig, of.source, {"1"});
         QCOMPARE(rig.Calls().Count("Start"), 1);
-        rig.RaiseState(source, "1", 1);
+        rig.RaiseState(of.source, "1", 1);
         QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates"), 0); // it does not run
     }
 }
@@ -261,19 +257,15 @@ void SchedulerTest::AHostWithoutTransfersStartsNothing()
 
 void SchedulerTest::ATaskWhoseFolderCannotBeMadeIsDropped_data()
 {
-    QTest::addColumn<Source>("source");
-    QTest::newRow("cloud") << Source::Cloud;
-    QTest::newRow("device") << Source::Device;
-    QTest::newRow("IOT LAN") << Source::IOTLan;
-    QTest::newRow("LAN module") << Source::LanModule;
+    AddSourceRows();
 }
 
 void SchedulerTest::ATaskWhoseFolderCannotBeMadeIsDropped()
 {
-    QFETCH(Source, source);
+    QFETCH(SourceCase, of);
     EngineRig rig(NoPictures);
     rig.World().WriteFile("file"); // no folder can be made below a file
-    SendTasks(rig, source, {"file/1", "2"});
+    SendTasks(rig, of.source, {"file/1", "2"});
     QCOMPARE(rig.Calls().Count("SignalAddDownloadInfo"), 2);
     QCOMPARE(rig.Calls().Count("Start"), 1);
     QVERIFY(rig.Calls().Lines("Start").value(0).contains(QLatin1String("path=~/2.mp4")));

@@ -1,8 +1,9 @@
-#include "Engine/EngineRig.h"
+#include "Engine/EngineCases.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
-#include <QtTest/QtTest>
+
+using namespace EngineCases;
 
 // Target folders, unique paths, the disk guard, removal of partial files, registration of finished ones: driven from
 // outside, on real files in the world's folder.
@@ -43,18 +44,8 @@ private slots:
     void EveryLineNamesTheEngineAsItsFile();
 
 private:
-    static void AddSourceRows();
     static void Arm(EngineRig& rig, std::optional<quint64> freeBytes);
 };
-
-void StorageTest::AddSourceRows()
-{
-    QTest::addColumn<int>("type");
-    QTest::newRow("cloud") << 0;
-    QTest::newRow("device") << 1;
-    QTest::newRow("IOT LAN") << 2;
-    QTest::newRow("LAN module") << 3;
-}
 
 void StorageTest::Arm(EngineRig& rig, std::optional<quint64> freeBytes)
 {
@@ -86,12 +77,12 @@ void StorageTest::MissingFolderChainIsMadeBeforeTheStart_data()
 
 void StorageTest::MissingFolderChainIsMadeBeforeTheStart()
 {
-    QFETCH(int, type);
-    EngineRig rig(EngineRig::FailPictures);
+    QFETCH(SourceCase, of);
+    EngineRig rig(NoPictures);
     FakeWorld& world = rig.World();
     bool bThereAtStart = false;
     rig.Calls().WhenAdded("Start", [&] { bThereAtStart = world.HasFile("new/b ö/c"); });
-    rig.SendTyped(type, "7", [&](auto& record) { record.strDownloadPath = world.Path("new/b ö/c/r.mp4"); });
+    rig.SendTyped(of.iType, "7", [&](auto& record) { record.strDownloadPath = world.Path("new/b ö/c/r.mp4"); });
     QCOMPARE(bThereAtStart, true);
     QCOMPARE(world.Log().Lines(),
              Texts({"2 RecordDownloadModule::EnsureDownloadPathExists Created download directory: ~/new/b ö/c"}));
@@ -116,10 +107,10 @@ void StorageTest::FolderThatCannotBeMadeFailsTheStart_data()
 
 void StorageTest::FolderThatCannotBeMadeFailsTheStart()
 {
-    QFETCH(int, type);
-    EngineRig rig(EngineRig::FailPictures);
+    QFETCH(SourceCase, of);
+    EngineRig rig(NoPictures);
     rig.World().WriteFile("inTheWay");
-    rig.SendTyped(type, "7", [&](auto& record) { record.strDownloadPath = rig.World().Path("inTheWay/b/r.mp4"); });
+    rig.SendTyped(of.iType, "7", [&](auto& record) { record.strDownloadPath = rig.World().Path("inTheWay/b/r.mp4"); });
     QCOMPARE(rig.Calls().Short({"Start", "Stop", "Signal", "notify"}), Texts({"SignalAddDownloadInfo 7"}));
     QCOMPARE(
         rig.World().Log().Lines(),
@@ -213,10 +204,10 @@ void StorageTest::ArmedGuardHoldsEverySource_data()
 
 void StorageTest::ArmedGuardHoldsEverySource()
 {
-    QFETCH(int, type);
-    EngineRig rig(EngineRig::FailPictures);
+    QFETCH(SourceCase, of);
+    EngineRig rig(NoPictures);
     Arm(rig, 49 * ScriptedDisk::MiB);
-    rig.SendTyped(type, "7");
+    rig.SendTyped(of.iType, "7");
     QCOMPARE(rig.Calls().Short({"Start", "Signal"}), Texts({"SignalAddDownloadInfo 7"}));
     QCOMPARE(rig.World().Log().Lines("6 ").size(), 1);
 }
@@ -352,13 +343,13 @@ void StorageTest::FinishedFileIsRegisteredAndReported()
 {
     QFETCH(int, type);
     QFETCH(QString, report);
-    EngineRig rig(EngineRig::FailPictures);
-    const Source source = rig.SendTyped(type, "7", [](auto& record) {
+    EngineRig rig(NoPictures);
+    rig.SendTyped(type, "7", [](auto& record) {
         record.strDeviceId = QString::fromUtf8("SN-ä");
         record.iValue5 = 4;
         record.strText4 = QString::fromUtf8("Tür vorn");
     });
-    rig.RaiseState(source, "7", 2);
+    rig.RaiseState(static_cast<Source>(type), "7", 2);
     QCOMPARE(rig.Calls().Lines({"Insert", "Report"}),
              (QStringList{QString::fromUtf8("Insert ~/7.mp4 begin=1577934245 end=1577934306 kind=2 title=Tür vorn "
                                             "thumb= favourite=0"),
