@@ -14,6 +14,7 @@ private slots:
     void AFinishedFileIsRegisteredAndReported_data();
     void AFinishedFileIsRegisteredAndReported();
     void TheTimeOfRegistrationIsNow();
+    void UnknownTimesAreRegisteredAsSuch();
     void ThePathGoesOutAsItCameIn();
     void ARegistrationThatFailsChangesNothing();
     void AHostWithoutDatabaseStillGetsTheReport();
@@ -26,8 +27,6 @@ private slots:
     void ACallbackWithoutUserPostsNothing();
     void ACallbackOnlyPosts_data();
     void ACallbackOnlyPosts();
-    void ACallbackOnTheEnginesThreadOnlyPosts_data();
-    void ACallbackOnTheEnginesThreadOnlyPosts();
     void ReceivedDataReachThePanelUnchanged_data();
     void ReceivedDataReachThePanelUnchanged();
     void AStateFindsALongId_data();
@@ -39,44 +38,31 @@ private slots:
 void FinishTest::AFinishedFileIsRegisteredAndReported_data()
 {
     QTest::addColumn<Source>("source");
-    QTest::addColumn<QStringList>("lines");
-    const char* pszInsert = "Insert ~/7.mp4 begin=1577934245 end=1577934306 kind=2 title=Front door thumb= favourite=0";
-    QTest::newRow("cloud: kind 0") << Source::Cloud
-                                   << Texts({pszInsert, "ReportRecordDownloaded 7 device=serial channel=12 "
-                                                        "begin=1577934245 end=1577934306 kind=0"});
-    QTest::newRow("device: kind 1") << Source::Device
-                                    << Texts({pszInsert, "ReportRecordDownloaded 7 device=serial channel=12 "
-                                                         "begin=1577934245 end=1577934306 kind=1"});
-    QTest::newRow("IOT LAN: kind 1 like the device's own")
-        << Source::IOTLan
-        << Texts({pszInsert, "ReportRecordDownloaded 7 device=serial "
-                             "channel=12 begin=1577934245 end=1577934306 "
-                             "kind=1"});
-    QTest::newRow("LAN module: kind 2") << Source::LanModule
-                                        << Texts({pszInsert, "ReportRecordDownloaded 7 device=serial channel=12 "
-                                                             "begin=1577934245 end=1577934306 kind=2"});
+    QTest::addColumn<QString>("kind");
+    QTest::newRow("cloud: kind 0") << Source::Cloud << QStringLiteral("kind=0");
+    QTest::newRow("device: kind 1") << Source::Device << QStringLiteral("kind=1");
+    QTest::newRow("IOT LAN: kind 1 like the device's own") << Source::IOTLan << QStringLiteral("kind=1");
+    QTest::newRow("LAN module: kind 2") << Source::LanModule << QStringLiteral("kind=2");
 }
 
 void FinishTest::AFinishedFileIsRegisteredAndReported()
 {
     QFETCH(Source, source);
-    QFETCH(QStringList, lines);
+    QFETCH(QString, kind);
     EngineRig rig(NoPictures);
-    const auto send = [&rig](auto record) {
-        record.strDeviceId = QStringLiteral("serial");
+    rig.SendTyped(static_cast<int>(source), "7", [](auto& record) {
+        record.strDeviceId = QString::fromUtf8("SN-ä");
         record.iValue5 = 12;
-        record.strText4 = QStringLiteral("Front door");
-        rig.SendOne(record);
-    };
-    if (source == Source::Cloud)
-        send(rig.Cloud("7"));
-    else if (source == Source::Device)
-        send(rig.Device("7"));
-    else
-        send(source == Source::IOTLan ? rig.IOTLan("7") : rig.LanModule("7"));
+        record.strText4 = QString::fromUtf8("Tür vorn");
+    });
     rig.RaiseState(source, "7", 2);
     rig.RaiseState(source, "7", 2); // the host says it again: the task is gone
-    QCOMPARE(rig.Calls().Lines({"Insert", "Report"}), lines);
+    QCOMPARE(rig.Calls().Lines("Insert"),
+             Texts({"Insert ~/7.mp4 begin=1577934245 end=1577934306 kind=2 title=Tür vorn thumb= favourite=0"}));
+    QCOMPARE(rig.Calls().Lines({"Insert", "Report"}).mid(1),
+             QStringList(QString::fromUtf8("ReportRecordDownloaded 7 device=SN-ä channel=12 begin=1577934245 "
+                                           "end=1577934306 ") +
+                         kind));
 }
 
 void FinishTest::TheTimeOfRegistrationIsNow()
@@ -89,6 +75,19 @@ void FinishTest::TheTimeOfRegistrationIsNow()
     QCOMPARE(int(rig.World().Database().Rows().size()), 1);
     const qint64 lRegistered = rig.World().Database().Rows().front().lRegisterTime;
     QVERIFY(lBefore <= lRegistered && lRegistered <= lAfter);
+}
+
+void FinishTest::UnknownTimesAreRegisteredAsSuch()
+{
+    EngineRig rig;
+    rig.SendTyped(1, "7", [](auto& record) {
+        record.strStartTime = QStringLiteral("2020-01-02 03:04:05");
+        record.strEndTime = QString();
+    });
+    rig.RaiseState(Source::Device, "7", 2);
+    QCOMPARE(rig.Calls().Lines({"Insert", "Report"}),
+             Texts({"Insert ~/7.mp4 begin=4294967295 end=4294967295 kind=2 title= thumb= favourite=0",
+                    "ReportRecordDownloaded 7 device=SN-7 channel=-1 begin=4294967295 end=4294967295 kind=1"}));
 }
 
 // Whoever sent the record looks its file up by the text of its path.
@@ -214,40 +213,29 @@ void FinishTest::ACallbackWithoutUserPostsNothing()
 
 void FinishTest::ACallbackOnlyPosts_data()
 {
-    AddSourceRows();
+    QTest::addColumn<Source>("source");
+    QTest::addColumn<bool>("own");
+    for (const SourceCase& of : SourceCases) {
+        QTest::addRow("%s, on a thread of the host", of.pszRow) << of.source << false;
+        QTest::addRow("%s, on the engine's thread", of.pszRow) << of.source << true;
+    }
 }
 
+// A host may call back from inside an operation of the engine, which must be over before the state is acted on.
 void FinishTest::ACallbackOnlyPosts()
 {
-    QFETCH(SourceCase, of);
+    QFETCH(Source, source);
+    QFETCH(bool, own);
     EngineRig rig(NoPictures);
-    SendTasks(rig, of.source, {"1"});
+    SendTasks(rig, source, {"1"});
     rig.Calls().Clear();
-    QCOMPARE(rig.World().Downloads().RaiseState(of.source, "1", 1), 1); // what the posting gives
-    QCOMPARE(rig.World().Downloads().RaiseData(of.source, "1", 10), 1);
+    FakeDownloads& host = rig.World().Downloads();
+    QCOMPARE(own ? host.CallState(source, "1", 1) : host.RaiseState(source, "1", 1), 1); // what the posting gives
+    QCOMPARE(own ? host.CallData(source, "1", 10) : host.RaiseData(source, "1", 10), 1);
     QCOMPARE(Told(rig), Texts({}));
     rig.Settle();
     QCOMPARE(Told(rig), Texts({"SignalDownloadRecordStates 1 1 false", "SignalDownloadRecordData 1 10"}));
     QCOMPARE(rig.Calls().OffThread(), Texts({}));
-}
-
-void FinishTest::ACallbackOnTheEnginesThreadOnlyPosts_data()
-{
-    AddSourceRows();
-}
-
-// A host may call back from inside an operation of the engine, which must be over before the state is acted on.
-void FinishTest::ACallbackOnTheEnginesThreadOnlyPosts()
-{
-    QFETCH(SourceCase, of);
-    EngineRig rig(NoPictures);
-    SendTasks(rig, of.source, {"1"});
-    rig.Calls().Clear();
-    QCOMPARE(rig.World().Downloads().CallState(of.source, "1", 1), 1);
-    QCOMPARE(rig.World().Downloads().CallData(of.source, "1", 10), 1);
-    QCOMPARE(Told(rig), Texts({}));
-    rig.Settle();
-    QCOMPARE(Told(rig), Texts({"SignalDownloadRecordStates 1 1 false", "SignalDownloadRecordData 1 10"}));
 }
 
 void FinishTest::ReceivedDataReachThePanelUnchanged_data()

@@ -233,8 +233,7 @@ void ReentryTest::ARecordRepeatedWhileItsRowIsAnnouncedStartsOnce()
     QFETCH(SourceCase, of);
     QFETCH(bool, password);
     EngineRig rig(NoPictures);
-    Once(rig, "SignalAddDownloadInfo",
-         [&rig, &of, &password] { SendFirst(rig, of.source, password); });
+    Once(rig, "SignalAddDownloadInfo", [&rig, &of, &password] { SendFirst(rig, of.source, password); });
     SendFirst(rig, of.source, password);
     QCOMPARE(rig.Calls().Short("Start"), QStringList(of.Start("1")));
     rig.RaiseState(of.source, "1", 2);

@@ -1,18 +1,16 @@
 #include "Engine/EngineCases.h"
 
-#include <QtCore/QDateTime>
 #include <QtCore/QDir>
 
 using namespace EngineCases;
 
-// Target folders, unique paths, the disk guard, removal of partial files, registration of finished ones: driven from
-// outside, on real files in the world's folder.
+// Target folders, unique paths, the disk guard, removal of partial files: driven from outside, on real files in the
+// world's folder.
 class StorageTest : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void EmptyPathFailsTheStartWithoutALine();
     void ExistingFolderIsUsedWithoutALine();
     void MissingFolderChainIsMadeBeforeTheStart_data();
     void MissingFolderChainIsMadeBeforeTheStart();
@@ -33,14 +31,6 @@ private slots:
     void DeletingRemovesFileAndPicture();
     void FileThatCannotBeRemovedIsLoggedAsFailure_data();
     void FileThatCannotBeRemovedIsLoggedAsFailure();
-    void FinishedFileIsRegisteredAndReported_data();
-    void FinishedFileIsRegisteredAndReported();
-    void RegistrationTimeIsNow();
-    void UnknownTimesAreRegisteredAsSuch();
-    void FinishOfATaskThatDoesNotRunRegistersNothing();
-    void FailedInsertIsReportedAllTheSame();
-    void WithoutADatabaseTheReportStillGoesOut();
-    void WithoutACloudModuleTheFileIsStillRegistered();
     void EveryLineNamesTheEngineAsItsFile();
 
 private:
@@ -52,14 +42,6 @@ void StorageTest::Arm(EngineRig& rig, std::optional<quint64> freeBytes)
     ScriptedDisk::SetFreeBytes(freeBytes);
     rig.Send("EventNotifyDeleteDownloadRecord", {QStringLiteral("/v")});
     rig.Calls().Clear();
-}
-
-void StorageTest::EmptyPathFailsTheStartWithoutALine()
-{
-    EngineRig rig;
-    rig.SendTyped(1, "7", [](auto& record) { record.strDownloadPath = QString(); });
-    QCOMPARE(rig.Calls().Short({"Start", "Signal"}), Texts({"SignalAddDownloadInfo 7"}));
-    QCOMPARE(rig.World().Log().Lines(), Texts({}));
 }
 
 void StorageTest::ExistingFolderIsUsedWithoutALine()
@@ -322,100 +304,6 @@ void StorageTest::FileThatCannotBeRemovedIsLoggedAsFailure()
     rig.Engine().DeleteRecordDownload(1, QStringLiteral("7"), rig.World().Path(path.toUtf8().constData()));
     QCOMPARE(rig.World().HasFile(path.toUtf8().constData()), true);
     QCOMPARE(rig.World().Log().Lines(), lines);
-}
-
-void StorageTest::FinishedFileIsRegisteredAndReported_data()
-{
-    QTest::addColumn<int>("type");
-    QTest::addColumn<QString>("report");
-    const auto row = [](const char* pszName, int iType, const char* pszReport) {
-        QTest::newRow(pszName) << iType << QString::fromUtf8(pszReport);
-    };
-    row("cloud as kind 0", 0, "ReportRecordDownloaded 7 device=SN-ä channel=4 begin=1577934245 end=1577934306 kind=0");
-    row("device as kind 1", 1, "ReportRecordDownloaded 7 device=SN-ä channel=4 begin=1577934245 end=1577934306 kind=1");
-    row("IOT LAN as kind 1, like a device", 2,
-        "ReportRecordDownloaded 7 device=SN-ä channel=4 begin=1577934245 end=1577934306 kind=1");
-    row("LAN module as kind 2", 3,
-        "ReportRecordDownloaded 7 device=SN-ä channel=4 begin=1577934245 end=1577934306 kind=2");
-}
-
-void StorageTest::FinishedFileIsRegisteredAndReported()
-{
-    QFETCH(int, type);
-    QFETCH(QString, report);
-    EngineRig rig(NoPictures);
-    rig.SendTyped(type, "7", [](auto& record) {
-        record.strDeviceId = QString::fromUtf8("SN-ä");
-        record.iValue5 = 4;
-        record.strText4 = QString::fromUtf8("Tür vorn");
-    });
-    rig.RaiseState(static_cast<Source>(type), "7", 2);
-    QCOMPARE(rig.Calls().Lines({"Insert", "Report"}),
-             (QStringList{QString::fromUtf8("Insert ~/7.mp4 begin=1577934245 end=1577934306 kind=2 title=Tür vorn "
-                                            "thumb= favourite=0"),
-                          report}));
-}
-
-void StorageTest::RegistrationTimeIsNow()
-{
-    EngineRig rig;
-    rig.SendTyped(1, "7");
-    const qint64 lBefore = QDateTime::currentSecsSinceEpoch();
-    rig.RaiseState(Source::Device, "7", 2);
-    const qint64 lAfter = QDateTime::currentSecsSinceEpoch();
-    QCOMPARE(rig.World().Database().Rows().size(), std::size_t(1));
-    const qint64 lRegistered = rig.World().Database().Rows()[0].lRegisterTime;
-    QVERIFY(lBefore <= lRegistered && lRegistered <= lAfter);
-}
-
-void StorageTest::UnknownTimesAreRegisteredAsSuch()
-{
-    EngineRig rig;
-    rig.SendTyped(1, "7", [](auto& record) {
-        record.strStartTime = QStringLiteral("2020-01-02 03:04:05");
-        record.strEndTime = QString();
-    });
-    rig.RaiseState(Source::Device, "7", 2);
-    QCOMPARE(rig.Calls().Lines({"Insert", "Report"}),
-             Texts({"Insert ~/7.mp4 begin=4294967295 end=4294967295 kind=2 title= thumb= favourite=0",
-                    "ReportRecordDownloaded 7 device=SN-7 channel=-1 begin=4294967295 end=4294967295 kind=1"}));
-}
-
-void StorageTest::FinishOfATaskThatDoesNotRunRegistersNothing()
-{
-    EngineRig rig;
-    rig.SendOne(rig.LanModule("running"));
-    rig.SendOne(rig.LanModule("waiting"));
-    rig.RaiseState(Source::LanModule, "waiting", 2);
-    rig.RaiseState(Source::LanModule, "unknown", 2);
-    rig.RaiseState(Source::IOTLan, "running", 2);
-    QCOMPARE(rig.Calls().Lines({"Insert", "Report"}), Texts({}));
-}
-
-void StorageTest::FailedInsertIsReportedAllTheSame()
-{
-    EngineRig rig([](FakeWorld& world) { world.Database().SetInsertResult(false); });
-    rig.SendTyped(1, "7");
-    rig.RaiseState(Source::Device, "7", 2);
-    QCOMPARE(rig.Calls().Short({"Insert", "Report", "SignalDownloadRecordStates"}),
-             Texts({"Insert ~/7.mp4", "ReportRecordDownloaded 7", "SignalDownloadRecordStates 7"}));
-    QCOMPARE(rig.World().Log().Lines(), Texts({}));
-}
-
-void StorageTest::WithoutADatabaseTheReportStillGoesOut()
-{
-    EngineRig rig([](FakeWorld& world) { world.TakeDatabaseAway(); });
-    rig.SendTyped(1, "7");
-    rig.RaiseState(Source::Device, "7", 2);
-    QCOMPARE(rig.Calls().Short({"Insert", "Report"}), Texts({"ReportRecordDownloaded 7"}));
-}
-
-void StorageTest::WithoutACloudModuleTheFileIsStillRegistered()
-{
-    EngineRig rig([](FakeWorld& world) { world.TakeModuleAway(3); });
-    rig.SendTyped(1, "7");
-    rig.RaiseState(Source::Device, "7", 2);
-    QCOMPARE(rig.Calls().Short({"Insert", "Report"}), Texts({"Insert ~/7.mp4"}));
 }
 
 void StorageTest::EveryLineNamesTheEngineAsItsFile()
