@@ -22,7 +22,6 @@ private slots:
     void ResumeQueuesATaskAnew_data();
     void ResumeQueuesATaskAnew();
     void ResumeOfAQueuedTaskAddsNothing();
-    void AResumedTaskKeepsItsPath();
     void DeleteStopsTheTaskAndRemovesItsFiles_data();
     void DeleteStopsTheTaskAndRemovesItsFiles();
     void DeleteRemovesTheFilesOfThePathItIsGiven_data();
@@ -198,17 +197,6 @@ void ControlTest::ResumeOfAQueuedTaskAddsNothing()
     rig.Engine().StartRecordDownloads(Rows(rig, {"1", "2"}));
     rig.Engine().StartRecordDownloads({});
     QCOMPARE(Told(rig), Texts({}));
-}
-
-void ControlTest::AResumedTaskKeepsItsPath()
-{
-    EngineRig rig;
-    SendTasks(rig, Source::Device, {"1"});
-    rig.World().WriteFile("1.mp4"); // its own partial file
-    rig.Engine().PauseRecordDownloads(Rows(rig, {"1"}));
-    rig.Calls().Clear();
-    rig.Engine().StartRecordDownloads(Rows(rig, {"1"}));
-    QVERIFY(rig.Calls().Lines("Start").value(0).contains(QLatin1String(" path=~/1.mp4 ")));
 }
 
 void ControlTest::DeleteStopsTheTaskAndRemovesItsFiles_data()

@@ -37,8 +37,6 @@ private slots:
     void QueryWithAnotherCountOfElementsIsIgnored();
     void QueryThatIsNoObjectIsLoggedAndNotAnswered_data();
     void QueryThatIsNoObjectIsLoggedAndNotAnswered();
-    void StateEventCarriesIndentedJson_data();
-    void StateEventCarriesIndentedJson();
     void EventsAreSentOnTheEnginesThread();
     void EventsAfterShutdownStartNothing();
     void SignalsHaveTheirNamesAndParameters();
@@ -364,40 +362,6 @@ void EventsTest::QueryThatIsNoObjectIsLoggedAndNotAnswered()
     rig.Send("EventNotifyGetRecordDownloading", {query});
     QCOMPARE(rig.Calls().Lines(), Texts({}));
     QCOMPARE(rig.World().Log().Lines(), QStringList{line});
-}
-
-void EventsTest::StateEventCarriesIndentedJson_data()
-{
-    QTest::addColumn<int>("type");
-    QTest::addColumn<QString>("json");
-    const auto row = [](const char* pszName, int iType, const char* pszJson) {
-        QTest::newRow(pszName) << iType << QString::fromUtf8(pszJson);
-    };
-    row("cloud", 0,
-        "{\n    \"iCode\": 0,\n    \"iRecordType\": 0,\n    \"strDownloadPath\": \"~/7.mp4\",\n"
-        "    \"strRecordId\": \"7\"\n}\n");
-    row("device, with bReget", 1,
-        "{\n    \"bReget\": false,\n    \"iCode\": 0,\n    \"iRecordType\": 1,\n"
-        "    \"strDownloadPath\": \"~/7.mp4\",\n    \"strRecordId\": \"7\"\n}\n");
-    row("IOT LAN", 2,
-        "{\n    \"iCode\": 0,\n    \"iRecordType\": 2,\n    \"strDownloadPath\": \"~/7.mp4\",\n"
-        "    \"strRecordId\": \"7\"\n}\n");
-    row("LAN module", 3,
-        "{\n    \"iCode\": 0,\n    \"iRecordType\": 3,\n    \"strDownloadPath\": \"~/7.mp4\",\n"
-        "    \"strRecordId\": \"7\"\n}\n");
-}
-
-void EventsTest::StateEventCarriesIndentedJson()
-{
-    QFETCH(int, type);
-    QFETCH(QString, json);
-    EngineRig rig(NoPictures);
-    rig.SendTyped(type, "7");
-    rig.RaiseState(static_cast<Source>(type), "7", 0);
-    QCOMPARE(rig.Calls().Count("notify EventNotifyDownloadRecordStates"), 1);
-    const QVariant payload = rig.World().Bus().Payloads("EventNotifyDownloadRecordStates").at(0).at(0);
-    QCOMPARE(payload.userType(), int(QMetaType::QString));
-    QCOMPARE(payload.toString().replace(rig.World().Folder(), QStringLiteral("~")), json);
 }
 
 void EventsTest::EventsAreSentOnTheEnginesThread()

@@ -24,10 +24,7 @@ private slots:
     void PromisesHoldAcrossListsAndSources();
     void PausedTaskKeepsItsPath();
     void ResumedTaskKeepsItsPath();
-    void DeletedTasksPathIsFreeAgain();
-    void OneFileWrittenTwoWaysIsOneFile();
     void PromisedAndExistingNamesAreBothPassedOver();
-    void ManyTasksOfOneNameAreNumberedThrough();
     void ExistingNamesAreSeenInAListThatReadsTheFolder();
 
     void CorruptRecordEndsTheList_data();
@@ -220,29 +217,6 @@ void ListTest::ResumedTaskKeepsItsPath()
     QCOMPARE(rig.World().HasFile("7.mp4"), true);
 }
 
-void ListTest::DeletedTasksPathIsFreeAgain()
-{
-    EngineRig rig;
-    rig.SendTyped(Device, "old");
-    rig.World().WriteFile("old.mp4");
-    const DownloadRecordInfoPtr pOld = rig.Task("old");
-    rig.Engine().DeleteRecordDownload(Device, pOld->strRecordId, pOld->strDownloadPath);
-    rig.SendTyped(Device, "new", [&](auto& record) { record.strDownloadPath = rig.World().Path("old.mp4"); });
-    QCOMPARE(Paths(rig, {"new"}), Texts({"~/old.mp4"}));
-}
-
-void ListTest::OneFileWrittenTwoWaysIsOneFile()
-{
-    EngineRig rig;
-    rig.SendTyped(Device, "1", [&](auto& record) { record.strDownloadPath = rig.World().Path("x.mp4"); });
-    rig.SendTyped(Device, "2", [&](auto& record) { record.strDownloadPath = rig.World().Path("./x.mp4"); });
-    rig.SendTyped(Device, "3", [&](auto& record) { record.strDownloadPath = rig.World().Path("no/../x.mp4"); });
-    QStringList targets;
-    for (const char* pszId : {"1", "2", "3"})
-        targets.append(QDir::cleanPath(rig.Task(pszId)->strDownloadPath));
-    QCOMPARE(targets.removeDuplicates(), 0);
-}
-
 void ListTest::PromisedAndExistingNamesAreBothPassedOver()
 {
     EngineRig rig;
@@ -252,19 +226,6 @@ void ListTest::PromisedAndExistingNamesAreBothPassedOver()
     for (const char* pszId : {"1", "2", "3"})
         rig.SendTyped(3, pszId, toX);
     QCOMPARE(Paths(rig, {"1", "2", "3"}), Texts({"~/x(1).mp4", "~/x(3).mp4", "~/x(4).mp4"}));
-}
-
-void ListTest::ManyTasksOfOneNameAreNumberedThrough()
-{
-    EngineRig rig;
-    std::vector<DownloadLanModuleRecordInfo> records;
-    for (int i = 0; i < 1000; ++i) {
-        records.push_back(rig.LanModule(QByteArray::number(i).constData()));
-        records.back().strDownloadPath = rig.World().Path("x.mp4");
-    }
-    rig.SendList(3, records);
-    QCOMPARE(Paths(rig, {"0", "1", "2", "500", "999"}),
-             Texts({"~/x.mp4", "~/x(1).mp4", "~/x(2).mp4", "~/x(500).mp4", "~/x(999).mp4"}));
 }
 
 // A long list looks names up in a listing of the folder, where other case and odd letters must not hide a file.

@@ -15,8 +15,6 @@ private slots:
     void MissingFolderChainIsMadeBeforeTheStart_data();
     void MissingFolderChainIsMadeBeforeTheStart();
     void FolderOfARelativePathIsMadeAbsolute();
-    void FolderThatCannotBeMadeFailsTheStart_data();
-    void FolderThatCannotBeMadeFailsTheStart();
     void FirstFreePathIsTaken_data();
     void FirstFreePathIsTaken();
     void UnarmedGuardDoesNotMeasure();
@@ -80,23 +78,6 @@ void StorageTest::FolderOfARelativePathIsMadeAbsolute()
     QCOMPARE(rig.World().HasFile("rel"), true);
     QCOMPARE(rig.World().Log().Lines(),
              Texts({"2 RecordDownloadModule::EnsureDownloadPathExists Created download directory: ~/rel"}));
-}
-
-void StorageTest::FolderThatCannotBeMadeFailsTheStart_data()
-{
-    AddSourceRows();
-}
-
-void StorageTest::FolderThatCannotBeMadeFailsTheStart()
-{
-    QFETCH(SourceCase, of);
-    EngineRig rig(NoPictures);
-    rig.World().WriteFile("inTheWay");
-    rig.SendTyped(of.iType, "7", [&](auto& record) { record.strDownloadPath = rig.World().Path("inTheWay/b/r.mp4"); });
-    QCOMPARE(rig.Calls().Short({"Start", "Stop", "Signal", "notify"}), Texts({"SignalAddDownloadInfo 7"}));
-    QCOMPARE(
-        rig.World().Log().Lines(),
-        Texts({"6 RecordDownloadModule::EnsureDownloadPathExists Failed to create download directory: ~/inTheWay/b"}));
 }
 
 void StorageTest::FirstFreePathIsTaken_data()
