@@ -2,8 +2,6 @@
 
 #include "Engine/EngineCases.h"
 
-#include <utility>
-
 using namespace EngineCases;
 
 class StateTest : public QObject
@@ -23,163 +21,107 @@ private slots:
 
 namespace {
 
-// As many tasks as may run, "1" among them, and one that waits.
-QStringList FullAndOneMore(Source source)
-{
-    switch (source) {
-    case Source::Cloud:
-        return Texts({"1", "2", "3", "4"});
-    case Source::Device:
-        return Texts({"1", "2", "4"});
-    default:
-        return Texts({"1", "4"});
-    }
-}
+enum class After { RunsOn, Gone, GoneWithItsFiles };
 
-void Row(const char* pszRow, Source source, int iCode, const QStringList& told, bool bKept)
+struct StateCase
 {
-    QTest::newRow(pszRow) << source << iCode << told << bKept;
-}
+    const char* pszRow;
+    Source source;
+    int iCode;
+    const char* pszTold; // in the words of Brief()
+    After after;
+};
 
-constexpr bool Kept = true;
-constexpr bool Removed = false;
+const StateCase StateCases[] = {
+    {"cloud, 0: is it stopped as failed, and its file removed?", Source::Cloud, 0,
+     "event, StopCloud 1, StartCloud 4, panel 1 0 false", After::GoneWithItsFiles},
+    {"cloud, 1: does only the panel hear of it?", Source::Cloud, 1, "panel 1 1 false", After::RunsOn},
+    {"cloud, 2: is it registered and not stopped?", Source::Cloud, 2,
+     "event, Insert ~/1.mp4, ReportRecordDownloaded 1, panel 1 2 false, StartCloud 4", After::Gone},
+    {"cloud, 3: is it stopped as refused?", Source::Cloud, 3, "event, StopCloud 1, StartCloud 4, panel 1 3 false",
+     After::Gone},
+    {"cloud, 4: does it run on?", Source::Cloud, 4, "event, panel 1 4 false", After::RunsOn},
+    {"cloud, 77: does it run on?", Source::Cloud, 77, "event, panel 1 77 false", After::RunsOn},
+    {"cloud, 100: is it stopped as failed, and does the panel hear 100?", Source::Cloud, 100,
+     "event, StopCloud 1, StartCloud 4, panel 1 100 false", After::GoneWithItsFiles},
 
-void CloudRows()
+    {"LAN module, 0: is it stopped as failed, and its file removed?", Source::LanModule, 0,
+     "event, StopLanModule 1, StartLanModule 2, panel 1 0 false", After::GoneWithItsFiles},
+    {"LAN module, 1: does only the panel hear of it?", Source::LanModule, 1, "panel 1 1 false", After::RunsOn},
+    {"LAN module, 2: is it registered, then stopped?", Source::LanModule, 2,
+     "event, Insert ~/1.mp4, ReportRecordDownloaded 1, StopLanModule 1, StartLanModule 2, panel 1 2 false",
+     After::Gone},
+    {"LAN module, 3: is it stopped as refused?", Source::LanModule, 3,
+     "event, StopLanModule 1, StartLanModule 2, panel 1 3 false", After::Gone},
+    {"LAN module, 4: does it run on?", Source::LanModule, 4, "event, panel 1 4 false", After::RunsOn},
+    {"LAN module, 77: does it run on?", Source::LanModule, 77, "event, panel 1 77 false", After::RunsOn},
+    {"LAN module, 100: does it run on, as it is no cloud task?", Source::LanModule, 100, "event, panel 1 100 false",
+     After::RunsOn},
+
+    {"IOT LAN, 0: is it stopped as failed, and its file removed?", Source::IOTLan, 0,
+     "event, StopIOTLan 1, StartIOTLan 2, panel 1 0 false", After::GoneWithItsFiles},
+    {"IOT LAN, 1: does only the panel hear of it?", Source::IOTLan, 1, "panel 1 1 false", After::RunsOn},
+    {"IOT LAN, 2: is it registered, then stopped?", Source::IOTLan, 2,
+     "event, Insert ~/1.mp4, ReportRecordDownloaded 1, StopIOTLan 1, StartIOTLan 2, panel 1 2 false", After::Gone},
+    {"IOT LAN, 3: is it stopped as refused?", Source::IOTLan, 3, "event, StopIOTLan 1, StartIOTLan 2, panel 1 3 false",
+     After::Gone},
+    {"IOT LAN, 4: does it run on?", Source::IOTLan, 4, "event, panel 1 4 false", After::RunsOn},
+    {"IOT LAN, 77: does it run on?", Source::IOTLan, 77, "event, panel 1 77 false", After::RunsOn},
+    {"IOT LAN, 100: does it run on, as it is no cloud task?", Source::IOTLan, 100, "event, panel 1 100 false",
+     After::RunsOn},
+
+    // The device source acts before it tells the client, because only then it knows whether the task is tried again.
+    {"device, 0: is it stopped as failed, and its file kept?", Source::Device, 0,
+     "StopDevice 1, StartDevice 3, event, panel 1 0 false", After::Gone},
+    {"device, 1: does only the panel hear of it?", Source::Device, 1, "panel 1 1 false", After::RunsOn},
+    {"device, 2: is it registered, then stopped?", Source::Device, 2,
+     "Insert ~/1.mp4, ReportRecordDownloaded 1, StopDevice 1, StartDevice 3, event, panel 1 2 false", After::Gone},
+    {"device, 3 without a password to fetch: is it stopped as refused?", Source::Device, 3,
+     "StopDevice 1, StartDevice 3, event, panel 1 3 false", After::Gone},
+    {"device, 4: does it run on?", Source::Device, 4, "event, panel 1 4 false", After::RunsOn},
+    {"device, 77: does it run on?", Source::Device, 77, "event, panel 1 77 false", After::RunsOn},
+    {"device, 100: does it run on, as it is no cloud task?", Source::Device, 100, "event, panel 1 100 false",
+     After::RunsOn},
+};
+
+// What was told, in short: "event" is the state event, "panel" the panel's signal, "StopCloud" the host's operation.
+QString Brief(EngineRig& rig)
 {
-    Row("cloud, 0: is it stopped as failed, and its file removed?", Source::Cloud, 0,
-        Texts({"notify EventNotifyDownloadRecordStates", "StopCloudRecordDownload 1", "StartCloudRecordDownload 4",
-               "SignalDownloadRecordStates 1 0 false"}),
-        Removed);
-    Row("cloud, 1: does only the panel hear of it?", Source::Cloud, 1, Texts({"SignalDownloadRecordStates 1 1 false"}),
-        Kept);
-    Row("cloud, 2: is it registered and not stopped?", Source::Cloud, 2,
-        Texts({"notify EventNotifyDownloadRecordStates", "Insert ~/1.mp4", "ReportRecordDownloaded 1",
-               "SignalDownloadRecordStates 1 2 false", "StartCloudRecordDownload 4"}),
-        Kept);
-    Row("cloud, 3: is it stopped as refused?", Source::Cloud, 3,
-        Texts({"notify EventNotifyDownloadRecordStates", "StopCloudRecordDownload 1", "StartCloudRecordDownload 4",
-               "SignalDownloadRecordStates 1 3 false"}),
-        Kept);
-    Row("cloud, 4: does it run on?", Source::Cloud, 4,
-        Texts({"notify EventNotifyDownloadRecordStates", "SignalDownloadRecordStates 1 4 false"}), Kept);
-    Row("cloud, 77: does it run on?", Source::Cloud, 77,
-        Texts({"notify EventNotifyDownloadRecordStates", "SignalDownloadRecordStates 1 77 false"}), Kept);
-    Row("cloud, 100: is it stopped as failed, and does the panel hear 100?", Source::Cloud, 100,
-        Texts({"notify EventNotifyDownloadRecordStates", "StopCloudRecordDownload 1", "StartCloudRecordDownload 4",
-               "SignalDownloadRecordStates 1 100 false"}),
-        Removed);
-}
-
-void LanModuleRows()
-{
-    Row("LAN module, 0: is it stopped as failed, and its file removed?", Source::LanModule, 0,
-        Texts({"notify EventNotifyDownloadRecordStates", "StopLanModuleRecordDownload 1",
-               "StartLanModuleRecordDownload 4", "SignalDownloadRecordStates 1 0 false"}),
-        Removed);
-    Row("LAN module, 1: does only the panel hear of it?", Source::LanModule, 1,
-        Texts({"SignalDownloadRecordStates 1 1 false"}), Kept);
-    Row("LAN module, 2: is it registered, then stopped?", Source::LanModule, 2,
-        Texts({"notify EventNotifyDownloadRecordStates", "Insert ~/1.mp4", "ReportRecordDownloaded 1",
-               "StopLanModuleRecordDownload 1", "StartLanModuleRecordDownload 4",
-               "SignalDownloadRecordStates 1 2 false"}),
-        Kept);
-    Row("LAN module, 3: is it stopped as refused?", Source::LanModule, 3,
-        Texts({"notify EventNotifyDownloadRecordStates", "StopLanModuleRecordDownload 1",
-               "StartLanModuleRecordDownload 4", "SignalDownloadRecordStates 1 3 false"}),
-        Kept);
-    Row("LAN module, 4: does it run on?", Source::LanModule, 4,
-        Texts({"notify EventNotifyDownloadRecordStates", "SignalDownloadRecordStates 1 4 false"}), Kept);
-    Row("LAN module, 77: does it run on?", Source::LanModule, 77,
-        Texts({"notify EventNotifyDownloadRecordStates", "SignalDownloadRecordStates 1 77 false"}), Kept);
-    Row("LAN module, 100: does it run on, as it is no cloud task?", Source::LanModule, 100,
-        Texts({"notify EventNotifyDownloadRecordStates", "SignalDownloadRecordStates 1 100 false"}), Kept);
-}
-
-void IOTLanRows()
-{
-    Row("IOT LAN, 0: is it stopped as failed, and its file removed?", Source::IOTLan, 0,
-        Texts({"notify EventNotifyDownloadRecordStates", "StopIOTLanRecordDownload 1", "StartIOTLanRecordDownload 4",
-               "SignalDownloadRecordStates 1 0 false"}),
-        Removed);
-    Row("IOT LAN, 1: does only the panel hear of it?", Source::IOTLan, 1,
-        Texts({"SignalDownloadRecordStates 1 1 false"}), Kept);
-    Row("IOT LAN, 2: is it registered, then stopped?", Source::IOTLan, 2,
-        Texts({"notify EventNotifyDownloadRecordStates", "Insert ~/1.mp4", "ReportRecordDownloaded 1",
-               "StopIOTLanRecordDownload 1", "StartIOTLanRecordDownload 4", "SignalDownloadRecordStates 1 2 false"}),
-        Kept);
-    Row("IOT LAN, 3: is it stopped as refused?", Source::IOTLan, 3,
-        Texts({"notify EventNotifyDownloadRecordStates", "StopIOTLanRecordDownload 1", "StartIOTLanRecordDownload 4",
-               "SignalDownloadRecordStates 1 3 false"}),
-        Kept);
-    Row("IOT LAN, 4: does it run on?", Source::IOTLan, 4,
-        Texts({"notify EventNotifyDownloadRecordStates", "SignalDownloadRecordStates 1 4 false"}), Kept);
-    Row("IOT LAN, 77: does it run on?", Source::IOTLan, 77,
-        Texts({"notify EventNotifyDownloadRecordStates", "SignalDownloadRecordStates 1 77 false"}), Kept);
-    Row("IOT LAN, 100: does it run on, as it is no cloud task?", Source::IOTLan, 100,
-        Texts({"notify EventNotifyDownloadRecordStates", "SignalDownloadRecordStates 1 100 false"}), Kept);
-}
-
-// The device source acts before it tells the client, because only then it knows whether the task is tried again.
-void DeviceRows()
-{
-    Row("device, 0: is it stopped as failed, and its file kept?", Source::Device, 0,
-        Texts({"StopDeviceRecordDownload 1", "StartDeviceRecordDownload 4", "notify EventNotifyDownloadRecordStates",
-               "SignalDownloadRecordStates 1 0 false"}),
-        Kept);
-    Row("device, 1: does only the panel hear of it?", Source::Device, 1,
-        Texts({"SignalDownloadRecordStates 1 1 false"}), Kept);
-    Row("device, 2: is it registered, then stopped?", Source::Device, 2,
-        Texts({"Insert ~/1.mp4", "ReportRecordDownloaded 1", "StopDeviceRecordDownload 1",
-               "StartDeviceRecordDownload 4", "notify EventNotifyDownloadRecordStates",
-               "SignalDownloadRecordStates 1 2 false"}),
-        Kept);
-    Row("device, 3 without a password to fetch: is it stopped as refused?", Source::Device, 3,
-        Texts({"StopDeviceRecordDownload 1", "StartDeviceRecordDownload 4", "notify EventNotifyDownloadRecordStates",
-               "SignalDownloadRecordStates 1 3 false"}),
-        Kept);
-    Row("device, 4: does it run on?", Source::Device, 4,
-        Texts({"notify EventNotifyDownloadRecordStates", "SignalDownloadRecordStates 1 4 false"}), Kept);
-    Row("device, 77: does it run on?", Source::Device, 77,
-        Texts({"notify EventNotifyDownloadRecordStates", "SignalDownloadRecordStates 1 77 false"}), Kept);
-    Row("device, 100: does it run on, as it is no cloud task?", Source::Device, 100,
-        Texts({"notify EventNotifyDownloadRecordStates", "SignalDownloadRecordStates 1 100 false"}), Kept);
+    QString strBrief = Told(rig).join(QStringLiteral(", "));
+    strBrief.replace(QStringLiteral("notify EventNotifyDownloadRecordStates"), QStringLiteral("event"));
+    strBrief.replace(QStringLiteral("SignalDownloadRecordStates"), QStringLiteral("panel"));
+    return strBrief.replace(QStringLiteral("RecordDownload "), QStringLiteral(" "));
 }
 
 } // namespace
 
+Q_DECLARE_METATYPE(StateCase)
+
 void StateTest::EachStateDoesItsWork_data()
 {
-    QTest::addColumn<Source>("source");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QStringList>("told");
-    QTest::addColumn<bool>("kept");
-    CloudRows();
-    LanModuleRows();
-    IOTLanRows();
-    DeviceRows();
+    QTest::addColumn<StateCase>("of");
+    for (const StateCase& of : StateCases)
+        QTest::newRow(of.pszRow) << of;
 }
 
 void StateTest::EachStateDoesItsWork()
 {
-    QFETCH(Source, source);
-    QFETCH(int, code);
-    QFETCH(QStringList, told);
-    QFETCH(bool, kept);
+    QFETCH(StateCase, of);
     EngineRig rig(NoPictures);
-    SendTasks(rig, source, FullAndOneMore(source));
-    for (const char* pszName : {"1.mp4", "1.jpg", "2.mp4", "4.mp4"})
+    SendTasks(rig, of.source, {"1", "2", "3", "4"}); // as many as may run, and at least one that waits
+    for (const char* pszName : {"1.mp4", "1.jpg", "2.mp4", "3.mp4", "4.mp4"})
         rig.World().WriteFile(pszName);
     rig.Calls().Clear();
-    rig.RaiseState(source, "1", code);
-    QCOMPARE(Told(rig), told);
-    QCOMPARE(FilesLeft(rig, {"1.mp4", "1.jpg"}), kept ? Texts({"1.mp4", "1.jpg"}) : Texts({}));
-    QCOMPARE(FilesLeft(rig, {"2.mp4", "4.mp4"}), Texts({"2.mp4", "4.mp4"}));
+    rig.RaiseState(of.source, "1", of.iCode);
+    QCOMPARE(Brief(rig), QString::fromUtf8(of.pszTold));
+    QCOMPARE(FilesLeft(rig, {"1.mp4", "1.jpg"}),
+             of.after == After::GoneWithItsFiles ? Texts({}) : Texts({"1.mp4", "1.jpg"}));
+    QCOMPARE(FilesLeft(rig, {"2.mp4", "3.mp4", "4.mp4"}), Texts({"2.mp4", "3.mp4", "4.mp4"}));
 
     // A task that runs on can still end; one that is gone is unknown.
     rig.Calls().Clear();
-    rig.RaiseState(source, "1", 1);
-    const bool bRunsOn = code == 1 || code == 4 || code == 77 || (code == 100 && source != Source::Cloud);
-    QCOMPARE(Told(rig), bRunsOn ? Texts({"SignalDownloadRecordStates 1 1 false"}) : Texts({}));
+    rig.RaiseState(of.source, "1", 1);
+    QCOMPARE(Brief(rig), of.after == After::RunsOn ? QStringLiteral("panel 1 1 false") : QString());
 }
 
 void StateTest::TheEventNamesTheTask_data()
