@@ -33,7 +33,10 @@ void RecordDownloadModule::StopDownload(const Source& source, const QString& str
                                         const QString& strPath)
 {
     DownloadTasks tasks = (this->*source.pWaiting).TasksOf(strRecordId) + (this->*source.pRunning).TasksOf(strRecordId);
-    const auto isLeft = [this](const DownloadTaskPtr& pTask) { return !TakeToStop(pTask); };
+    const auto isLeft = [this](const DownloadTaskPtr& pTask) {
+        pTask->bRemovesFile = pTask->bRemovesFile || pTask->state == TaskState::Starting; // nobody will resume it
+        return !TakeToStop(pTask);
+    };
     tasks.erase(std::remove_if(tasks.begin(), tasks.end(), isLeft), tasks.end());
     StopTasks(source, strRecordId, tasks, code, strPath);
 }
