@@ -16,6 +16,8 @@
 #include <QtWidgets/QGraphicsSceneHoverEvent>
 #include <QtWidgets/QGraphicsSceneMouseEvent>
 
+#include <utility>
+
 namespace {
 
 constexpr QRectF RowRect(0, 0, 610, 88);
@@ -24,6 +26,10 @@ constexpr QPointF NameBaseline(170, 25);
 constexpr QPointF StateBaseline(170, 70);
 constexpr qreal TrackRadius = 2;
 constexpr QSize IconSize(30, 30);
+// Around what the row paints, at the same distance left and right.
+constexpr QRectF FrameRect(20, 3, 570, 82);
+constexpr qreal FrameWidth = 2;
+constexpr qreal FrameRadius = 6;
 
 QColor Color(const char* pszKey)
 {
@@ -96,6 +102,12 @@ void DownloadItem::SetState(int iState)
     update();
 }
 
+void DownloadItem::SetFocusFrame(bool bShown)
+{
+    if (std::exchange(m_bFocusFrame, bShown) != bShown)
+        update();
+}
+
 void DownloadItem::PlaceButtonsBelow()
 {
     m_pDeleteButton->setPos(180, 90);
@@ -107,7 +119,7 @@ QRectF DownloadItem::boundingRect() const
     return RowRect;
 }
 
-void DownloadItem::paint(QPainter* pPainter, const QStyleOptionGraphicsItem*, QWidget*)
+void DownloadItem::paint(QPainter* pPainter, const QStyleOptionGraphicsItem*, QWidget* pWidget)
 {
     if (!m_pRecord)
         return;
@@ -117,6 +129,8 @@ void DownloadItem::paint(QPainter* pPainter, const QStyleOptionGraphicsItem*, QW
     pPainter->drawText(NameBaseline, NameText::Shown(m_pRecord->strFileName));
     PaintProgress(*pPainter);
     PaintTexts(*pPainter);
+    if (m_bFocusFrame)
+        PaintFocusFrame(*pPainter, pWidget);
 }
 
 void DownloadItem::PaintProgress(QPainter& painter) const
@@ -136,10 +150,24 @@ void DownloadItem::PaintTexts(QPainter& painter) const
     const char* pszColorKey = RowLook::StateColorKey(m_iState);
     if (!pszColorKey)
         return;
-    const char* pszTextKey = RowLook::StateTextKey(m_iState);
     painter.setPen(Color(pszColorKey));
+    const char* pszTextKey = RowLook::StateTextKey(m_iState);
     painter.drawText(StateBaseline, pszTextKey ? tr(pszTextKey)
                                                : RowLook::PercentText(m_pRecord->lReceivedSize, m_pRecord->lFileSize));
+}
+
+// A view that is narrower than the row, because of its scroll bar, has the whole frame all the same.
+void DownloadItem::PaintFocusFrame(QPainter& painter, const QWidget* pWidget) const
+{
+    QRectF frame = FrameRect;
+    if (pWidget)
+        frame.setRight(qMin(frame.right(), pWidget->width() - FrameWidth));
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(Color("pc001"), FrameWidth));
+    painter.drawRoundedRect(frame, FrameRadius, FrameRadius);
+    painter.restore();
 }
 
 void DownloadItem::hoverMoveEvent(QGraphicsSceneHoverEvent* pEvent)

@@ -35,6 +35,9 @@ public:
     void SetState(int iState);
     int State() const { return m_iState; }
 
+    // A frame around the row, where the keyboard acts.
+    void SetFocusFrame(bool bShown);
+
     // What a press of that button does. The click is reported with the event that pressed it. Afterwards the row may be
     // gone.
     void PressDeleteButton(QEvent::Type type, Qt::MouseButtons buttons);
@@ -57,6 +60,7 @@ protected:
 private:
     void PaintTexts(QPainter& painter) const;
     void PaintProgress(QPainter& painter) const;
+    void PaintFocusFrame(QPainter& painter, const QWidget* pWidget) const;
 
     QSize m_size;
     DownloadRecordInfoPtr m_pRecord;
@@ -65,5 +69,6 @@ private:
     QMap<int, KXSvgPixmap*> m_mapButtonPixmap;
     bool m_bRunning = true; // the state button offers "pause"
     bool m_bAwaitsPicture = false;
+    bool m_bFocusFrame = false;
     int m_iState = 0;
 };

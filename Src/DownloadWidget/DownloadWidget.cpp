@@ -3,6 +3,7 @@
 #include "ui_DownloadWidget.h"
 
 #include "DownloadWidget/DownloadItem.h"
+#include "DownloadWidget/ListAccess.h"
 #include "DownloadWidget/PanelLog.h"
 #include "DownloadWidget/PanelShadow.h"
 #include "DownloadWidget/RecordMetaType.h"
@@ -50,6 +51,7 @@ DownloadWidget::~DownloadWidget()
     m_pThumbnailThread->quit();
     m_pThumbnailThread->wait();
     RemoveDroppedPictures();
+    m_pListAccess.reset();
     delete ui->downloadListView; // with its rows, which leave a living parent at once but a dying one slowly
 }
 
@@ -76,6 +78,7 @@ void DownloadWidget::SetUpForm()
     SetAllStartText(false);
     ui->downloadListView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     ui->downloadListView->SetVerticalSpacing(0);
+    m_pListAccess = std::make_unique<ListAccess>(*ui->downloadListView);
 }
 
 void DownloadWidget::ConnectEngine()

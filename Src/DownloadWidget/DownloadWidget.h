@@ -14,6 +14,7 @@
 
 class DownloadItem;
 class KXSvgPixmap;
+class ListAccess;
 class QThread;
 class RecordDownloadModule;
 class SaveDeviceRecordThumbWorker;
@@ -94,7 +95,7 @@ private:
     void DropPicture(const KXDownLoadList::DownloadRecordInfo& record);
     void RepaintWithNextFrame(const QString& strRecordId);
     void RequestThumbnail(const DownloadItem& row, const QString& strSource);
-    void RemoveRow(int iIndex);
+    void RemoveRow(DownloadItem& row);
     void ClearPauseRecordFile();
     void RemoveDroppedPictures();
 
@@ -110,6 +111,7 @@ private:
     QMultiHash<QString, DownloadRecordInfoPtr> m_mapOtherRecords;
     int m_iRowCount = 0;
     qreal m_dEmptyPictureRatio = 0; // device pixels in one of ours, for which the empty page's picture was made
+    std::unique_ptr<ListAccess> m_pListAccess;
     QSet<QString> m_setProgressed;                 // rows to be repainted with the next frame
     QBasicTimer m_frameTimer;                      // runs until a frame finds none
     std::shared_ptr<ThumbnailCache> m_pThumbnails; // lives as long as a panel does

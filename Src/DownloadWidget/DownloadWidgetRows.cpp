@@ -5,6 +5,7 @@
 #include "ui_DownloadWidget.h"
 
 #include "DownloadWidget/DownloadItem.h"
+#include "DownloadWidget/ListAccess.h"
 #include "DownloadWidget/PanelLog.h"
 #include "DownloadWidget/RowLook.h"
 #include "Module/PicturePath.h"
@@ -66,6 +67,7 @@ void DownloadWidget::AddDownloadInfo(DownloadRecordInfoPtr pInfo)
     connect(pRow, SIGNAL(SgnDeleteRecord(QString)), this, SLOT(OnDeleteRecord(QString)));
     connect(pRow, SIGNAL(SgnChangeDownloadState(bool)), this, SLOT(OnChangeDownloadState(bool)));
     ui->downloadListView->AddItem(pRow, true);
+    m_pListAccess->OnRowAdded(*pRow);
     ++m_iRowCount;
     RefreshCount();
     if (pRow && HasDevicePicture(*pInfo)) // the client may have deleted the row when it heard the count
@@ -255,10 +257,12 @@ void DownloadWidget::OnDownloadRecordStates(QString strRecordId, int iCode, bool
         pRow->SetState(*iState);
 }
 
-void DownloadWidget::RemoveRow(int iIndex)
+void DownloadWidget::RemoveRow(DownloadItem& row)
 {
+    const int iIndex = ui->downloadListView->IndexOfItem(&row);
     if (iIndex < 0)
         return;
+    m_pListAccess->OnRowGoes(row);
     ui->downloadListView->DeleteItem(iIndex);
     --m_iRowCount;
     RefreshCount();
@@ -267,7 +271,7 @@ void DownloadWidget::RemoveRow(int iIndex)
 void DownloadWidget::FinishDownloadRecord(const QString& strRecordId)
 {
     const QByteArray id = strRecordId.toUtf8();
-    const DownloadItem* pRow = RowOf(strRecordId);
+    DownloadItem* pRow = RowOf(strRecordId);
     if (!pRow) {
         KX_PANEL_LOG(272, PanelLogEvent, "DownloadWidget::FinishDownloadRecord",
                      "FinishDownloadRecord: item not found for strRecordId[%s]", id.constData());
@@ -276,13 +280,13 @@ void DownloadWidget::FinishDownloadRecord(const QString& strRecordId)
     const int iIndex = ui->downloadListView->IndexOfItem(pRow);
     KX_PANEL_LOG(277, PanelLogEvent, "DownloadWidget::FinishDownloadRecord",
                  "FinishDownloadRecord: strRecordId[%s], index[%d]", id.constData(), iIndex);
-    RemoveRow(iIndex);
+    RemoveRow(*pRow);
     OnScrollValueChanged(0);
 }
 
 void DownloadWidget::OnDeleteRecord(QString strRecordId)
 {
-    const DownloadItem* pRow = RowOf(strRecordId);
+    DownloadItem* pRow = RowOf(strRecordId);
     if (!pRow) {
         KX_PANEL_LOG(505, PanelLogEvent, "DownloadWidget::OnDeleteRecord",
                      "OnDeleteRecord: item not found for strRecordId[%s]", strRecordId.toUtf8().constData());
@@ -297,7 +301,7 @@ void DownloadWidget::OnDeleteRecord(QString strRecordId)
     DownloadItem* pLeft = RowOf(strRecordId);
     const bool bGone = m_pEngine->StateOf(pRecord) == TaskState::Outside;
     if (pLeft && pLeft->Record() == pRecord && bGone && !GoOverToNext(*pLeft, false))
-        RemoveRow(ui->downloadListView->IndexOfItem(pLeft));
+        RemoveRow(*pLeft);
     pLeft = RowOf(strRecordId);
     if (!pLeft || pLeft->State() != RowLook::Paused)
         ForgetPaused(strRecordId);

@@ -142,7 +142,7 @@ private:
         image.fill(Qt::white);
         QPainter painter(&image);
         row.paint(&painter, nullptr, nullptr);
-        return image.copy(160, 0, 450, 88); // beside the thumbnail
+        return image.copy(160, 6, 420, 76); // beside the thumbnail, inside the frame of the focus
     }
 
     FakeWorld m_world;

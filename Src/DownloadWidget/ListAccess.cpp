@@ -1,0 +1,56 @@
+#include "DownloadWidget/ListAccess.h"
+
+#include "DownloadWidget/DownloadItem.h"
+#include "KXGui/GraphicsGridView.h"
+
+#include <QtGui/QKeyEvent>
+#include <QtGui/QMouseEvent>
+
+ListAccess::ListAccess(GraphicsGridView& view)
+    : m_focus(view)
+{
+    view.setFocusPolicy(Qt::StrongFocus);
+    view.installEventFilter(this);
+    view.viewport()->installEventFilter(this);
+}
+
+void ListAccess::OnRowAdded(DownloadItem&)
+{
+    m_focus.Rows().Forget();
+}
+
+void ListAccess::OnRowGoes(DownloadItem& row)
+{
+    m_focus.OnRowGoes(row);
+}
+
+bool ListAccess::eventFilter(QObject* pWatched, QEvent* pEvent)
+{
+    if (pWatched == &m_focus.View())
+        return FilterViewEvent(*pEvent);
+    if (pEvent->type() == QEvent::MouseButtonPress || pEvent->type() == QEvent::MouseButtonDblClick)
+        m_focus.OnPress(m_focus.RowAt(static_cast<const QMouseEvent*>(pEvent)->pos()));
+    return false;
+}
+
+bool ListAccess::FilterViewEvent(QEvent& event)
+{
+    switch (event.type()) {
+    case QEvent::FocusIn:
+        m_focus.OnFocusIn(static_cast<QFocusEvent&>(event).reason());
+        return false;
+    case QEvent::FocusOut:
+        m_focus.OnFocusOut();
+        return false;
+    case QEvent::ShortcutOverride: // before a shortcut of the host's takes the key
+    case QEvent::KeyPress:
+        if (!RowFocus::Takes(static_cast<QKeyEvent&>(event)))
+            return false;
+        event.accept();
+        if (event.type() == QEvent::KeyPress)
+            m_focus.OnKey(static_cast<QKeyEvent&>(event));
+        return true;
+    default:
+        return false;
+    }
+}
