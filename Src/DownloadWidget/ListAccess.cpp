@@ -28,9 +28,9 @@ bool ListAccess::eventFilter(QObject* pWatched, QEvent* pEvent)
 {
     if (pWatched == &m_focus.View())
         return FilterViewEvent(*pEvent);
-    if (pEvent->type() == QEvent::MouseButtonPress || pEvent->type() == QEvent::MouseButtonDblClick)
-        m_focus.OnPress(m_focus.RowAt(static_cast<const QMouseEvent*>(pEvent)->pos()));
-    return false;
+    if (pEvent->type() != QEvent::MouseButtonPress && pEvent->type() != QEvent::MouseButtonDblClick)
+        return false;
+    return FilterPress(static_cast<const QMouseEvent&>(*pEvent));
 }
 
 bool ListAccess::FilterViewEvent(QEvent& event)
@@ -53,4 +53,15 @@ bool ListAccess::FilterViewEvent(QEvent& event)
     default:
         return false;
     }
+}
+
+// True keeps the press from the rows.
+bool ListAccess::FilterPress(const QMouseEvent& press)
+{
+    DownloadItem* pRow = m_focus.RowAt(press.pos());
+    const QString strRecordId = pRow ? pRow->Record()->strRecordId : QString();
+    if (press.button() == Qt::LeftButton && m_guard.IsMeantForAnother(press, strRecordId))
+        return true;
+    m_focus.OnPress(pRow);
+    return false;
 }

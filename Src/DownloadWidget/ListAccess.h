@@ -1,8 +1,11 @@
 #pragma once
 
+#include "DownloadWidget/PressGuard.h"
 #include "DownloadWidget/RowFocus.h"
 
 #include <QtCore/QObject>
+
+class QMouseEvent;
 
 // What the list does beside the mouse: it takes the keyboard. It knows of any host's view only what the contract
 // says: it listens to the view's events before the view does.
@@ -21,6 +24,8 @@ public:
 
 private:
     bool FilterViewEvent(QEvent& event);
+    bool FilterPress(const QMouseEvent& press);
 
     RowFocus m_focus;
+    PressGuard m_guard;
 };
