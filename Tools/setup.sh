@@ -8,7 +8,7 @@ set -euo pipefail
 
 build=(
     g++ cmake ninja-build ccache pkg-config
-    qtbase5-dev libqt5svg5-dev libqt5sql5-sqlite qttools5-dev-tools
+    qtbase5-dev qtbase5-private-dev libqt5svg5-dev libqt5sql5-sqlite qttools5-dev-tools
     libgcrypt20-dev libspdlog-dev libbenchmark-dev nlohmann-json3-dev libcpp-httplib-dev
     ffmpeg python3 git fonts-dejavu-core fonts-noto-core
 )

@@ -2,6 +2,7 @@
 
 #include "DownloadWidget/ClickReport.h"
 #include "DownloadWidget/RowLook.h"
+#include "DownloadWidget/RowNews.h"
 #include "DownloadWidget/ThumbnailCache.h"
 #include "KXGui/GraphicsGridView.h"
 #include "KXGui/KXColor.h"
@@ -92,7 +93,7 @@ void DownloadItem::UpdateRecord(const DownloadRecordInfoPtr& pRecord)
 
 void DownloadItem::SetState(int iState)
 {
-    m_iState = iState;
+    const bool bChanged = std::exchange(m_iState, iState) != iState;
     m_pStateButton->setPixmap(NormalIcon(m_mapButtonPixmap.value(RowLook::StateIcon(iState))));
     const bool bStartsOver = iState == RowLook::Paused || iState == RowLook::Failed;
     if (bStartsOver && m_pRecord)
@@ -100,6 +101,23 @@ void DownloadItem::SetState(int iState)
     if (iState != RowLook::Failed)
         m_bRunning = iState != RowLook::Paused;
     update();
+    if (bChanged)
+        RowNews::StateChanged(*this);
+}
+
+QString DownloadItem::StateText() const
+{
+    if (!RowLook::StateColorKey(m_iState))
+        return QString();
+    const char* pszTextKey = RowLook::StateTextKey(m_iState);
+    return pszTextKey ? tr(pszTextKey) : RowLook::PercentText(m_pRecord->lReceivedSize, m_pRecord->lFileSize);
+}
+
+int DownloadItem::ShownPercent() const
+{
+    if (m_iState != RowLook::Downloading)
+        return 0;
+    return RowLook::ShownPercent(m_pRecord->lReceivedSize, m_pRecord->lFileSize);
 }
 
 void DownloadItem::SetFocusFrame(bool bShown)
@@ -151,9 +169,7 @@ void DownloadItem::PaintTexts(QPainter& painter) const
     if (!pszColorKey)
         return;
     painter.setPen(Color(pszColorKey));
-    const char* pszTextKey = RowLook::StateTextKey(m_iState);
-    painter.drawText(StateBaseline, pszTextKey ? tr(pszTextKey)
-                                               : RowLook::PercentText(m_pRecord->lReceivedSize, m_pRecord->lFileSize));
+    painter.drawText(StateBaseline, StateText());
 }
 
 // A view that is narrower than the row, because of its scroll bar, has the whole frame all the same.

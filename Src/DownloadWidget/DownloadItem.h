@@ -34,9 +34,16 @@ public:
     // A display state of RowLook. Paused and failed rows start over: their received size becomes 0.
     void SetState(int iState);
     int State() const { return m_iState; }
+    // As the row shows it: a word or the percentage, in the user's language.
+    QString StateText() const;
+    // What the bar shows, in whole percent.
+    int ShownPercent() const;
 
     // A frame around the row, where the keyboard acts.
     void SetFocusFrame(bool bShown);
+    // Assistive technology holds an object of this row from now on.
+    void SetAskedFor() { m_bAskedFor = true; }
+    bool WasAskedFor() const { return m_bAskedFor; }
 
     // What a press of that button does. The click is reported with the event that pressed it. Afterwards the row may be
     // gone.
@@ -70,5 +77,6 @@ private:
     bool m_bRunning = true; // the state button offers "pause"
     bool m_bAwaitsPicture = false;
     bool m_bFocusFrame = false;
+    bool m_bAskedFor = false;
     int m_iState = 0;
 };

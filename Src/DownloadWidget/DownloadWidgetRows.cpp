@@ -8,6 +8,7 @@
 #include "DownloadWidget/ListAccess.h"
 #include "DownloadWidget/PanelLog.h"
 #include "DownloadWidget/RowLook.h"
+#include "DownloadWidget/RowNews.h"
 #include "Module/PicturePath.h"
 #include "Module/RecordDownloadModule.h"
 
@@ -228,8 +229,11 @@ void DownloadWidget::timerEvent(QTimerEvent* pEvent)
     if (m_setProgressed.isEmpty())
         return m_frameTimer.stop(); // an idle panel sleeps
     for (const QString& strRecordId : qAsConst(m_setProgressed)) {
-        if (DownloadItem* pRow = RowOf(strRecordId))
-            pRow->UpdateRecord(pRow->Record());
+        DownloadItem* pRow = RowOf(strRecordId);
+        if (!pRow)
+            continue;
+        pRow->UpdateRecord(pRow->Record());
+        RowNews::Progressed(*pRow);
     }
     m_setProgressed.clear();
 }

@@ -1,6 +1,8 @@
 #include "DownloadWidget/ListAccess.h"
 
 #include "DownloadWidget/DownloadItem.h"
+#include "DownloadWidget/ListAccessible.h"
+#include "DownloadWidget/RowNews.h"
 #include "KXGui/GraphicsGridView.h"
 
 #include <QtGui/QKeyEvent>
@@ -12,15 +14,23 @@ ListAccess::ListAccess(GraphicsGridView& view)
     view.setFocusPolicy(Qt::StrongFocus);
     view.installEventFilter(this);
     view.viewport()->installEventFilter(this);
+    ListAccessible::Register(m_focus);
 }
 
-void ListAccess::OnRowAdded(DownloadItem&)
+ListAccess::~ListAccess()
+{
+    ListAccessible::Unregister(m_focus);
+}
+
+void ListAccess::OnRowAdded(DownloadItem& row)
 {
     m_focus.Rows().Forget();
+    RowNews::Added(row);
 }
 
 void ListAccess::OnRowGoes(DownloadItem& row)
 {
+    RowNews::Goes(row);
     m_focus.OnRowGoes(row);
 }
 

@@ -1,6 +1,7 @@
 #include "DownloadWidget/RowFocus.h"
 
 #include "DownloadWidget/DownloadItem.h"
+#include "DownloadWidget/RowNews.h"
 #include "KXGui/GraphicsGridView.h"
 
 #include <QtCore/QTimer>
@@ -18,6 +19,11 @@ DownloadItem* RowFocus::Current() const
     return m_recordId ? dynamic_cast<DownloadItem*>(m_view.GetItem(*m_recordId)) : nullptr;
 }
 
+bool RowFocus::IsOn(const DownloadItem& row) const
+{
+    return m_view.hasFocus() && Current() == &row;
+}
+
 DownloadItem* RowFocus::RowAt(const QPoint& pos) const
 {
     QGraphicsItem* pItem = m_view.itemAt(pos);
@@ -32,10 +38,13 @@ void RowFocus::MoveTo(DownloadItem& row)
 
 void RowFocus::SetCurrent(DownloadItem* pRow)
 {
+    const DownloadItem* pOld = Current();
     m_recordId.reset();
     if (pRow)
         m_recordId = pRow->Record()->strRecordId;
     ShowFrame();
+    if (pRow && pRow != pOld && m_view.hasFocus())
+        RowNews::Focused(*pRow);
 }
 
 void RowFocus::ShowFrame()
@@ -117,8 +126,15 @@ void RowFocus::OnFocusIn(Qt::FocusReason reason)
     else if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
         m_bByKeys = true;
     DownloadItem* pRow = Current() ? Current() : FirstInView();
-    if (pRow && m_bByKeys)
+    if (!pRow)
+        return;
+    if (m_bByKeys)
         MoveTo(*pRow);
+    // The system is told of the view itself when this event is through.
+    QTimer::singleShot(0, this, [this] {
+        if (DownloadItem* pCurrent = m_view.hasFocus() ? Current() : nullptr)
+            RowNews::Focused(*pCurrent);
+    });
 }
 
 void RowFocus::OnFocusOut()

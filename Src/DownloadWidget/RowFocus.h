@@ -25,6 +25,7 @@ public:
     RowOrder& Rows() { return m_rows; }
     // The row, or null.
     DownloadItem* Current() const;
+    bool IsOn(const DownloadItem& row) const;
     // The row at a point of the view's viewport, or null.
     DownloadItem* RowAt(const QPoint& pos) const;
     // Makes a row the current one and brings it into view.

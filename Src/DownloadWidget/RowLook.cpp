@@ -84,10 +84,15 @@ int Percent(qint64 lReceived, qint64 lTotal)
     return static_cast<int>(qMin(Ratio(lReceived, lTotal) * 100, 1e9));
 }
 
-QString PercentText(qint64 lReceived, qint64 lTotal)
+int ShownPercent(qint64 lReceived, qint64 lTotal)
 {
     const int iPercent = Percent(lReceived, lTotal);
-    return QStringLiteral("%1%2").arg(iPercent > 100 ? 99 : iPercent).arg(QLatin1Char('%'));
+    return iPercent > 100 ? 99 : iPercent;
+}
+
+QString PercentText(qint64 lReceived, qint64 lTotal)
+{
+    return QStringLiteral("%1%2").arg(ShownPercent(lReceived, lTotal)).arg(QLatin1Char('%'));
 }
 
 qreal FillWidth(int iState, qint64 lReceived, qint64 lTotal)

@@ -34,7 +34,9 @@ const char* StateColorKey(int iState);
 const char* StateTextKey(int iState);
 // Share of the recording that has arrived, in whole percent; above 100 when more came than was announced.
 int Percent(qint64 lReceived, qint64 lTotal);
-// "42%"; an overrun shows 99%, because the end is not known then.
+// The same as it is shown: an overrun shows 99, because the end is not known then.
+int ShownPercent(qint64 lReceived, qint64 lTotal);
+// "42%"
 QString PercentText(qint64 lReceived, qint64 lTotal);
 // Width of the bar in pixels; nothing is filled unless the row is downloading.
 qreal FillWidth(int iState, qint64 lReceived, qint64 lTotal);
