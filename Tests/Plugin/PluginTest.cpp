@@ -17,6 +17,7 @@
 #include <QtCore/QLibrary>
 #include <QtCore/QPluginLoader>
 #include <QtCore/QPointer>
+#include <QtGui/QAccessible>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QWidget>
@@ -114,6 +115,7 @@ private slots:
     void UnloadingTakesTheLibraryAndItsTextsAway();
     void UnloadingWithoutDestoryFreesTheContent();
     void UnloadingTakesItsTypesAway();
+    void UnloadingTakesItsAccessibleObjectsAway();
     void ManyLivesLeaveNothingBehind();
 };
 
@@ -370,6 +372,28 @@ void PluginTest::UnloadingTakesItsTypesAway()
         QVERIFY(plugin.Unload());
     }
     QCOMPARE(QMetaType::type(own), int(QMetaType::UnknownType));
+}
+
+// What assistive technology asks for after that is made without the library.
+void PluginTest::UnloadingTakesItsAccessibleObjectsAway()
+{
+    Loaded plugin;
+    plugin->Init(QStringLiteral("{\"strLanguage\":\"en\"}"));
+    const ScratchDir folder;
+    AskForADownload(folder.path());
+    auto* pList = plugin->CenterWidget(QString())->findChild<QWidget*>(QStringLiteral("downloadListView"));
+    QAccessibleInterface* pAccessible = QAccessible::queryAccessibleInterface(pList);
+    QCOMPARE(pAccessible->text(QAccessible::Name), QStringLiteral("Downloads"));
+    QCOMPARE(pAccessible->childCount(), 1);
+    const QAccessible::Id row = QAccessible::uniqueId(pAccessible->child(0));
+    plugin->Stop();
+    plugin->Destory();
+    Settle();
+    QVERIFY(plugin.Unload());
+    QVERIFY(!IsMapped(LibraryFile()));
+    QVERIFY(!QAccessible::accessibleInterface(row));
+    QWidget another;
+    QVERIFY(QAccessible::queryAccessibleInterface(&another));
 }
 
 QTEST_MAIN(PluginTest)
