@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>На пауза</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Пауза</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Продължи</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Опитай отново</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Изтрий</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

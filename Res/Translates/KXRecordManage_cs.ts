@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Pozastaveno</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Pozastavit</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Obnovit</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Zkusit znovu</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Smazat</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Sat på pause</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Sæt på pause</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Genoptag</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Prøv igen</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Slet</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

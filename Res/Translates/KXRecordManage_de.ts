@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Angehalten</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Fortsetzen</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Löschen</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

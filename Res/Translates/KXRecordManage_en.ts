@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Paused</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Resume</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Retry</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Delete</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>En pausa</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Pausar</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Reanudar</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Reintentar</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Eliminar</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Peatatud</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Peata</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Jätka</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Proovi uuesti</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Kustuta</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

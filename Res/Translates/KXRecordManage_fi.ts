@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Keskeytetty</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Keskeytä</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Jatka</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Yritä uudelleen</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Poista</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>En pause</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Mettre en pause</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Reprendre</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Réessayer</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Supprimer</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

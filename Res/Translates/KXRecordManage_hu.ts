@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Szüneteltetve</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Szüneteltetés</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Folytatás</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Újrapróbálás</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Törlés</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Dijeda</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Jeda</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Lanjutkan</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Coba lagi</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Hapus</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

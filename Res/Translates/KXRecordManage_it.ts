@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>In pausa</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Metti in pausa</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Riprendi</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Riprova</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Elimina</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>一時停止中</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>一時停止</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>再開</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>再試行</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>削除</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

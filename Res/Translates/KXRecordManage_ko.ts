@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>일시중지됨</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>일시중지</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>재개</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>다시 시도</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>삭제</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Pristabdyta</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Pristabdyti</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Tęsti</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Bandyti dar kartą</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Ištrinti</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

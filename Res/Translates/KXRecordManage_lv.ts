@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Pauzēta</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Pauzēt</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Atsākt</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Mēģināt vēlreiz</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Dzēst</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

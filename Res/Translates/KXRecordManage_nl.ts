@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Gepauzeerd</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Pauzeren</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Hervatten</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Opnieuw proberen</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Verwijderen</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Wstrzymano</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Wstrzymaj</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Wznów</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Ponów</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Usuń</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

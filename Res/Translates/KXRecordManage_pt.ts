@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Em pausa</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Pausar</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Retomar</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Tentar novamente</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Excluir</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>În pauză</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Pune în pauză</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Reia</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Reîncearcă</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Șterge</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Приостановлено</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Приостановить</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Возобновить</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Повторить</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Удалить</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

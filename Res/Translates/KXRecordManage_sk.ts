@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Pozastavené</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Pozastaviť</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Obnoviť</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Skúsiť znova</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Odstrániť</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Паузирано</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Паузирај</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Настави</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Покушај поново</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Обриши</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Pausad</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Pausa</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Återuppta</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Försök igen</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Ta bort</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>หยุดชั่วคราว</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>หยุดชั่วคราว</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>ดำเนินการต่อ</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>ลองอีกครั้ง</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>ลบ</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

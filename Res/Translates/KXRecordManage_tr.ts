@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Duraklatıldı</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Duraklat</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Sürdür</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Yeniden dene</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Sil</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

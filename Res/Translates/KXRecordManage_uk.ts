@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Призупинено</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Призупинити</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Відновити</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Повторити</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Видалити</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>Đã tạm dừng</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>Tạm dừng</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>Tiếp tục</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>Thử lại</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>Xóa</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

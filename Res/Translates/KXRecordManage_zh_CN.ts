@@ -15,6 +15,22 @@
         <source>panel_pause</source>
         <translation>已暂停</translation>
     </message>
+    <message>
+        <source>row_action_pause</source>
+        <translation>暂停</translation>
+    </message>
+    <message>
+        <source>row_action_resume</source>
+        <translation>继续</translation>
+    </message>
+    <message>
+        <source>row_action_retry</source>
+        <translation>重试</translation>
+    </message>
+    <message>
+        <source>row_action_delete</source>
+        <translation>删除</translation>
+    </message>
 </context>
 <context>
     <name>DownloadWidget</name>

@@ -12,9 +12,32 @@
 
 namespace {
 
-QString DeleteAction()
+struct Action
 {
-    return QStringLiteral("delete");
+    const char* pszName;
+    const char* pszTextKey;
+};
+constexpr Action Pause{"pause", QT_TRANSLATE_NOOP("DownloadItem", "row_action_pause")};
+constexpr Action Resume{"resume", QT_TRANSLATE_NOOP("DownloadItem", "row_action_resume")};
+constexpr Action Retry{"retry", QT_TRANSLATE_NOOP("DownloadItem", "row_action_retry")};
+constexpr Action Delete{"delete", QT_TRANSLATE_NOOP("DownloadItem", "row_action_delete")};
+
+// What the state button offers.
+const Action& StateAction(const DownloadItem& row)
+{
+    switch (RowLook::StateIcon(row.State())) {
+    case RowLook::IconRetry:
+        return Retry;
+    case RowLook::IconResume:
+        return Resume;
+    default:
+        return Pause;
+    }
+}
+
+bool Is(const QString& strAction, const Action& action)
+{
+    return strAction == QLatin1String(action.pszName);
 }
 
 } // namespace
@@ -110,22 +133,18 @@ void* RowAccessible::interface_cast(QAccessible::InterfaceType type)
     return nullptr;
 }
 
-// What the state button offers.
-QString RowAccessible::StateAction() const
-{
-    switch (RowLook::StateIcon(Row().State())) {
-    case RowLook::IconRetry:
-        return QStringLiteral("retry");
-    case RowLook::IconResume:
-        return QStringLiteral("resume");
-    default:
-        return QStringLiteral("pause");
-    }
-}
-
 QStringList RowAccessible::actionNames() const
 {
-    return {StateAction(), DeleteAction(), setFocusAction()};
+    return {QLatin1String(StateAction(Row()).pszName), QLatin1String(Delete.pszName), setFocusAction()};
+}
+
+QString RowAccessible::localizedActionName(const QString& strAction) const
+{
+    for (const Action& action : {Pause, Resume, Retry, Delete}) {
+        if (Is(strAction, action))
+            return DownloadItem::tr(action.pszTextKey);
+    }
+    return QAccessibleActionInterface::localizedActionName(strAction);
 }
 
 // The row, and this with it, may be gone when a button has done its work.
@@ -133,9 +152,9 @@ void RowAccessible::doAction(const QString& strAction)
 {
     if (!m_pList)
         return;
-    if (strAction == StateAction()) {
+    if (Is(strAction, StateAction(Row()))) {
         Row().PressStateButton(QEvent::None, Qt::NoButton);
-    } else if (strAction == DeleteAction()) {
+    } else if (Is(strAction, Delete)) {
         Row().PressDeleteButton(QEvent::None, Qt::NoButton);
     } else if (strAction == setFocusAction()) {
         m_pList->View().setFocus(Qt::OtherFocusReason);
@@ -145,9 +164,9 @@ void RowAccessible::doAction(const QString& strAction)
 
 QStringList RowAccessible::keyBindingsForAction(const QString& strAction) const
 {
-    if (strAction == StateAction())
+    if (Is(strAction, StateAction(Row())))
         return {QKeySequence(Qt::Key_Space).toString(QKeySequence::NativeText)};
-    if (strAction == DeleteAction())
+    if (Is(strAction, Delete))
         return {QKeySequence(Qt::Key_Delete).toString(QKeySequence::NativeText)};
     return QStringList();
 }

@@ -30,6 +30,7 @@ public:
     void* interface_cast(QAccessible::InterfaceType type) override;
 
     QStringList actionNames() const override;
+    QString localizedActionName(const QString& strAction) const override;
     void doAction(const QString& strAction) override;
     QStringList keyBindingsForAction(const QString& strAction) const override;
 
@@ -41,7 +42,6 @@ public:
 
 private:
     DownloadItem& Row() const;
-    QString StateAction() const;
 
     QPointer<RowFocus> m_pList; // null once the panel is being taken down
     int m_iTold = -1;           // value that listeners know

@@ -257,6 +257,10 @@ void PanelAccessibleTest::AnActionThatIsNotOfferedDoesNothing()
     QCOMPARE(actions.keyBindingsForAction(QStringLiteral("pause")), Texts({"Space"}));
     QCOMPARE(actions.keyBindingsForAction(QStringLiteral("delete")).size(), 1);
     QCOMPARE(actions.keyBindingsForAction(QStringLiteral("resume")), QStringList());
+    for (const char* pszAction : {"pause", "resume", "retry", "delete"}) // the text's key where there is no translation
+        QCOMPARE(actions.localizedActionName(QString::fromUtf8(pszAction)),
+                 QLatin1String("row_action_") + QLatin1String(pszAction));
+    QVERIFY(!actions.localizedActionName(QAccessibleActionInterface::setFocusAction()).isEmpty());
 }
 
 void PanelAccessibleTest::AnActionMayMoveTheFocus()
