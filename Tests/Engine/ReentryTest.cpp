@@ -36,18 +36,6 @@ private slots:
 
 namespace {
 
-// Runs `action` inside the first call with that prefix.
-void Once(EngineRig& rig, const char* pszPrefix, const std::function<void()>& action)
-{
-    const auto pDone = std::make_shared<bool>(false);
-    rig.Calls().WhenAdded(pszPrefix, [pDone, action] {
-        if (!*pDone) {
-            *pDone = true;
-            action();
-        }
-    });
-}
-
 // The sources, and cloud once more: held until its password is answered.
 void AddPasswordRows()
 {
@@ -156,7 +144,7 @@ void ReentryTest::AListInsideTheHostsStartIsStartedInOrder()
 {
     QFETCH(SourceCase, of);
     EngineRig rig(NoPictures);
-    Once(rig, "Start", [&] { SendTasks(rig, of.source, {"2", "3", "4", "5"}); });
+    Once(rig.Calls(), "Start", [&] { SendTasks(rig, of.source, {"2", "3", "4", "5"}); });
     SendTasks(rig, of.source, {"1"});
     const QStringList all{of.Start("1"), of.Start("2"), of.Start("3"), of.Start("4"), of.Start("5")};
     QCOMPARE(rig.Calls().Short("Start"), QStringList(all.mid(0, of.iLimit)));
@@ -177,7 +165,7 @@ void ReentryTest::AFullDiskInsideTheHostsStartStopsThatTransfer()
     QFETCH(SourceCase, of);
     QFETCH(bool, password);
     EngineRig rig(NoPictures);
-    Once(rig, "Start", [&rig] { FillDisk(rig); });
+    Once(rig.Calls(), "Start", [&rig] { FillDisk(rig); });
     SendFirst(rig, of.source, password);
     const QStringList told = Told(rig);
     QCOMPARE(told.mid(told.size() - 3),
@@ -196,7 +184,7 @@ void ReentryTest::AFullDiskWhileTheFirstOfManyStartsDropsTheOthers()
     const auto rows = Rows(rig, {"1", "2"});
     rig.Engine().PauseRecordDownloads(rows);
     rig.Calls().Clear();
-    Once(rig, "Start", [&rig] { FillDisk(rig); });
+    Once(rig.Calls(), "Start", [&rig] { FillDisk(rig); });
     rig.Engine().StartRecordDownloads(rows);
     QCOMPARE(Told(rig), Texts({"SignalAddDownloadInfo 1", "StartDeviceRecordDownload 1", "SignalStopAllRecord",
                                "StopDeviceRecordDownload 1"}));
@@ -212,7 +200,7 @@ void ReentryTest::AFullDiskWhileARowIsAnnouncedStartsNothing()
     QFETCH(SourceCase, of);
     QFETCH(bool, password);
     EngineRig rig(NoPictures);
-    Once(rig, "SignalAddDownloadInfo", [&rig] { FillDisk(rig); });
+    Once(rig.Calls(), "SignalAddDownloadInfo", [&rig] { FillDisk(rig); });
     SendFirst(rig, of.source, password);
     QCOMPARE(rig.Calls().Lines("Signal"), Texts({"SignalAddDownloadInfo 1", "SignalStopAllRecord"}));
     QCOMPARE(rig.Calls().Count("Start"), 0);
@@ -233,7 +221,7 @@ void ReentryTest::ARecordRepeatedWhileItsRowIsAnnouncedStartsOnce()
     QFETCH(SourceCase, of);
     QFETCH(bool, password);
     EngineRig rig(NoPictures);
-    Once(rig, "SignalAddDownloadInfo", [&rig, &of, &password] { SendFirst(rig, of.source, password); });
+    Once(rig.Calls(), "SignalAddDownloadInfo", [&rig, &of, &password] { SendFirst(rig, of.source, password); });
     SendFirst(rig, of.source, password);
     QCOMPARE(rig.Calls().Short("Start"), QStringList(of.Start("1")));
     rig.RaiseState(of.source, "1", 2);
@@ -261,7 +249,7 @@ void ReentryTest::ATaskPutInPlaceOfOneThatEndsIsLeftAlone()
     SendTasks(rig, of.source, {"1"});
     const DownloadRecordInfoPtr pOld = rig.Task("1");
     rig.Calls().Clear();
-    Once(rig, "notify EventNotifyDownloadRecordStates", [&rig, &pOld, &of] {
+    Once(rig.Calls(), "notify EventNotifyDownloadRecordStates", [&rig, &pOld, &of] {
         rig.Engine().DeleteRecordDownload(of.iType, QStringLiteral("1"), pOld->strDownloadPath);
         SendTasks(rig, of.source, {"1"});
         rig.World().WriteFile("1.mp4"); // the new transfer's
@@ -295,7 +283,7 @@ void ReentryTest::ATaskThatWaitsInPlaceOfOneThatEndsIsLeftAlone()
     EngineRig rig;
     SendTasks(rig, of.source, {"1", "2"});
     rig.Calls().Clear();
-    Once(rig, "notify EventNotifyDownloadRecordStates", [&rig, &of] {
+    Once(rig.Calls(), "notify EventNotifyDownloadRecordStates", [&rig, &of] {
         const QString strPath = rig.Task("1")->strDownloadPath;
         rig.Engine().DeleteRecordDownload(of.iType, QStringLiteral("1"), strPath);
         SendTasks(rig, of.source, {"1"}); // "2" has the place by now
@@ -338,7 +326,7 @@ void ReentryTest::ARefusedTaskDroppedWhileItIsQueuedAgainStaysAway()
     EngineRig rig;
     rig.SendList(1, std::vector{Refusable(rig, "1", got), Refusable(rig, "2", got), rig.Device("3")});
     rig.Calls().Clear();
-    Once(rig, inside.toUtf8().constData(), [&] { DropTask(rig, "1", drop); });
+    Once(rig.Calls(), inside.toUtf8().constData(), [&] { DropTask(rig, "1", drop); });
     rig.RaiseState(Source::Device, "1", 3);
     QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates 1"), 0); // its row is paused or gone
     QCOMPARE(StateEvents(rig), Texts({}));
@@ -364,7 +352,7 @@ void ReentryTest::AHeldTaskPausedAndResumedWhenItIsAnnouncedIsNotLost()
 {
     QFETCH(bool, password);
     EngineRig rig(NoPictures);
-    Once(rig, "SignalAddDownloadInfo 1", [&rig] {
+    Once(rig.Calls(), "SignalAddDownloadInfo 1", [&rig] {
         rig.Engine().PauseRecordDownloads(Rows(rig, {"1"}));
         rig.Engine().StartRecordDownloads(Rows(rig, {"1"})); // held once more, for an answer of its own
     });
@@ -396,7 +384,7 @@ void ReentryTest::ARefusedTaskSentWhileItIsQueuedAgainIsOneTask()
     EngineRig rig;
     rig.SendList(1, std::vector{Refusable(rig, "1", true), Refusable(rig, "2", true), rig.Device("3")});
     rig.Calls().Clear();
-    Once(rig, "StartDeviceRecordDownload 3", [&rig] { rig.SendOne(Refusable(rig, "1", true)); });
+    Once(rig.Calls(), "StartDeviceRecordDownload 3", [&rig] { rig.SendOne(Refusable(rig, "1", true)); });
     rig.RaiseState(Source::Device, "1", 3);
     for (const char* pszId : {"2", "3", "1"})
         rig.RaiseState(Source::Device, pszId, 2);

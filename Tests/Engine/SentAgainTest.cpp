@@ -29,65 +29,18 @@ private slots:
 
 namespace {
 
-struct SourceRow
-{
-    Source source;
-    const char* pszName; // in the host's operations
-    int iLimit;
-};
-
-constexpr SourceRow AllSources[] = {{Source::Cloud, "Cloud", 3},
-                                    {Source::Device, "Device", 2},
-                                    {Source::IOTLan, "IOTLan", 1},
-                                    {Source::LanModule, "LanModule", 1}};
-
-void AddSourceColumns()
-{
-    QTest::addColumn<Source>("source");
-    QTest::addColumn<QString>("start"); // of record 1
-    QTest::addColumn<QString>("stop");
-    QTest::addColumn<int>("limit");
-}
-
-QTestData& operator<<(QTestData& data, const SourceRow& row)
-{
-    return data << row.source << QStringLiteral("Start%1RecordDownload 1").arg(QLatin1String(row.pszName))
-                << QStringLiteral("Stop%1RecordDownload 1").arg(QLatin1String(row.pszName)) << row.iLimit;
-}
-
-void AddSourceRows()
-{
-    AddSourceColumns();
-    for (const SourceRow& row : AllSources)
-        QTest::newRow(row.pszName) << row;
-}
-
 // Record 1 once more, without a turn of the event loop.
-void SendAgain(EngineRig& rig, Source source)
+void SendAgain(EngineRig& rig, const SourceCase& of)
 {
-    const auto bytes = [&] {
-        switch (source) {
-        case Source::Cloud:
-            return EngineRig::Stream(std::vector{rig.Cloud("1")});
-        case Source::Device:
-            return EngineRig::Stream(std::vector{rig.Device("1")});
-        case Source::IOTLan:
-            return EngineRig::Stream(std::vector{rig.IOTLan("1")});
-        case Source::LanModule:
-            return EngineRig::Stream(std::vector{rig.LanModule("1")});
-        }
-        return QByteArray();
-    };
-    rig.World().Bus().Send("EventNotifyDownloadRecordList", {bytes(), static_cast<int>(source)});
+    rig.World().Bus().Send("EventNotifyDownloadRecordList", {rig.StreamTyped(of.iType, Texts({"1"})), of.iType});
 }
 
-void DropFirst(EngineRig& rig, Source source, bool bDiskFull)
+void DropFirst(EngineRig& rig, const SourceCase& of, bool bDiskFull)
 {
     if (bDiskFull)
         rig.World().Bus().Send("EventNotifyDeleteDownloadRecord", {rig.World().Folder()});
     else
-        rig.Engine().DeleteRecordDownload(static_cast<int>(source), QStringLiteral("1"),
-                                          rig.Task("1")->strDownloadPath);
+        rig.Engine().DeleteRecordDownload(of.iType, QStringLiteral("1"), rig.Task("1")->strDownloadPath);
 }
 
 // What the host was asked for, in order.
@@ -125,76 +78,71 @@ KXDownLoadList::DownloadDeviceRecordInfo Refusable(const EngineRig& rig, const c
 
 void SentAgainTest::InsideItsRegistrationItRunsAnew_data()
 {
-    AddSourceColumns();
+    QTest::addColumn<SourceCase>("of");
     QTest::addColumn<bool>("diskFull"); // or deleted
     QTest::addColumn<bool>("report");   // inside the report, or inside the insert before it
-    for (const SourceRow& row : AllSources) {
-        QTest::addRow("%s, deleted inside the insert", row.pszName) << row << false << false;
-        QTest::addRow("%s, deleted inside the report", row.pszName) << row << false << true;
-        QTest::addRow("%s, disk full inside the insert", row.pszName) << row << true << false;
-        QTest::addRow("%s, disk full inside the report", row.pszName) << row << true << true;
+    for (const SourceCase& of : SourceCases) {
+        QTest::addRow("%s, deleted inside the insert", of.pszRow) << of << false << false;
+        QTest::addRow("%s, deleted inside the report", of.pszRow) << of << false << true;
+        QTest::addRow("%s, disk full inside the insert", of.pszRow) << of << true << false;
+        QTest::addRow("%s, disk full inside the report", of.pszRow) << of << true << true;
     }
 }
 
 void SentAgainTest::InsideItsRegistrationItRunsAnew()
 {
-    QFETCH(Source, source);
-    QFETCH(QString, start);
-    QFETCH(QString, stop);
-    QFETCH(int, limit);
+    QFETCH(SourceCase, of);
     QFETCH(bool, diskFull);
     QFETCH(bool, report);
     EngineRig rig(NoPictures);
-    SendTasks(rig, source, {"1"});
+    SendTasks(rig, of.source, {"1"});
     rig.Calls().Clear();
-    Once(rig.Calls(), report ? "ReportRecordDownloaded" : "Insert", [&rig, source = source, diskFull = diskFull] {
-        DropFirst(rig, source, diskFull);
-        SendAgain(rig, source);
+    Once(rig.Calls(), report ? "ReportRecordDownloaded" : "Insert", [&rig, &of, &diskFull] {
+        DropFirst(rig, of, diskFull);
+        SendAgain(rig, of);
     });
-    rig.RaiseState(source, "1", 2);
+    rig.RaiseState(of.source, "1", 2);
     QStringList asked = Texts({"Insert ~/1.mp4"});
     if (report)
         asked.append(QStringLiteral("ReportRecordDownloaded 1"));
-    QCOMPARE(Asked(rig), asked + QStringList({stop, start}));
+    QCOMPARE(Asked(rig), asked + QStringList({of.Stop("1"), of.Start("1")}));
     QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates"), 0); // the new row has nothing to hear of it
-    QVERIFY(IsRunning(rig, source, "1"));
-    QCOMPARE(FreePlaces(rig, source), limit - 1);
+    QVERIFY(IsRunning(rig, of.source, "1"));
+    QCOMPARE(FreePlaces(rig, of.source), of.iLimit - 1);
 }
 
 void SentAgainTest::InsideItsStartItWaitsForTheOldTransferToGo_data()
 {
-    AddSourceColumns();
+    QTest::addColumn<SourceCase>("of");
     QTest::addColumn<bool>("diskFull");
     QTest::addColumn<bool>("refused"); // by the host, in the end
-    for (const SourceRow& row : AllSources) {
-        QTest::addRow("%s, deleted", row.pszName) << row << false << false;
-        QTest::addRow("%s, disk full", row.pszName) << row << true << false;
-        QTest::addRow("%s, deleted and refused", row.pszName) << row << false << true;
-        QTest::addRow("%s, disk full and refused", row.pszName) << row << true << true;
+    for (const SourceCase& of : SourceCases) {
+        QTest::addRow("%s, deleted", of.pszRow) << of << false << false;
+        QTest::addRow("%s, disk full", of.pszRow) << of << true << false;
+        QTest::addRow("%s, deleted and refused", of.pszRow) << of << false << true;
+        QTest::addRow("%s, disk full and refused", of.pszRow) << of << true << true;
     }
 }
 
 void SentAgainTest::InsideItsStartItWaitsForTheOldTransferToGo()
 {
-    QFETCH(Source, source);
-    QFETCH(QString, start);
-    QFETCH(QString, stop);
-    QFETCH(int, limit);
+    QFETCH(SourceCase, of);
     QFETCH(bool, diskFull);
     QFETCH(bool, refused);
     EngineRig rig(NoPictures);
     if (refused)
         rig.World().Downloads().SetStartResultOfCall(1, -1);
-    Once(rig.Calls(), "Start", [&rig, source = source, diskFull = diskFull] {
+    Once(rig.Calls(), "Start", [&rig, &of, &diskFull] {
         rig.World().WriteFile("1.mp4");
-        DropFirst(rig, source, diskFull);
-        SendAgain(rig, source);
+        DropFirst(rig, of, diskFull);
+        SendAgain(rig, of);
     });
-    SendTasks(rig, source, {"1"});
-    QCOMPARE(Asked(rig), refused ? QStringList({start, start}) : QStringList({start, stop, start}));
+    SendTasks(rig, of.source, {"1"});
+    QCOMPARE(Asked(rig), refused ? QStringList({of.Start("1"), of.Start("1")})
+                                 : QStringList({of.Start("1"), of.Stop("1"), of.Start("1")}));
     QVERIFY(!rig.World().HasFile("1.mp4"));
-    QVERIFY(IsRunning(rig, source, "1"));
-    QCOMPARE(FreePlaces(rig, source), limit - 1);
+    QVERIFY(IsRunning(rig, of.source, "1"));
+    QCOMPARE(FreePlaces(rig, of.source), of.iLimit - 1);
 }
 
 void SentAgainTest::InsideTheStopOfItsDeletionItRunsAnew_data()
@@ -204,81 +152,72 @@ void SentAgainTest::InsideTheStopOfItsDeletionItRunsAnew_data()
 
 void SentAgainTest::InsideTheStopOfItsDeletionItRunsAnew()
 {
-    QFETCH(Source, source);
-    QFETCH(QString, start);
-    QFETCH(QString, stop);
-    QFETCH(int, limit);
+    QFETCH(SourceCase, of);
     EngineRig rig(NoPictures);
-    SendTasks(rig, source, {"1"});
+    SendTasks(rig, of.source, {"1"});
     rig.World().WriteFile("1.mp4");
     rig.Engine().PauseRecordDownloads(Rows(rig, {"1"}));
     rig.Calls().Clear();
-    Once(rig.Calls(), "Stop", [&rig, source = source] { SendAgain(rig, source); });
-    DropFirst(rig, source, false);
+    Once(rig.Calls(), "Stop", [&rig, &of] { SendAgain(rig, of); });
+    DropFirst(rig, of, false);
     rig.Settle();
-    QCOMPARE(Asked(rig), QStringList({stop, start}));
+    QCOMPARE(Asked(rig), QStringList({of.Stop("1"), of.Start("1")}));
     QVERIFY(rig.Calls().Lines("Start").value(0).contains(QLatin1String(" path=~/1(1).mp4 ")));
     QVERIFY(!rig.World().HasFile("1.mp4"));
-    QVERIFY(IsRunning(rig, source, "1"));
-    QCOMPARE(FreePlaces(rig, source), limit - 1);
+    QVERIFY(IsRunning(rig, of.source, "1"));
+    QCOMPARE(FreePlaces(rig, of.source), of.iLimit - 1);
 }
 
 void SentAgainTest::InsideTheStopOfItsFinishItIsOneTask_data()
 {
-    AddSourceColumns();
+    QTest::addColumn<SourceCase>("of");
     QTest::addColumn<bool>("taken"); // the finished task is out already
-    QTest::newRow("device") << AllSources[1] << true;
-    QTest::newRow("IOT LAN") << AllSources[2] << false;
-    QTest::newRow("LAN module") << AllSources[3] << false;
+    QTest::newRow("device") << SourceCases[1] << true;
+    QTest::newRow("IOT LAN") << SourceCases[2] << false;
+    QTest::newRow("LAN module") << SourceCases[3] << false;
 }
 
 void SentAgainTest::InsideTheStopOfItsFinishItIsOneTask()
 {
-    QFETCH(Source, source);
-    QFETCH(QString, start);
-    QFETCH(QString, stop);
-    QFETCH(int, limit);
+    QFETCH(SourceCase, of);
     QFETCH(bool, taken);
     EngineRig rig(NoPictures);
-    SendTasks(rig, source, {"1"});
+    SendTasks(rig, of.source, {"1"});
     rig.World().WriteFile("1.mp4");
     rig.Calls().Clear();
-    Once(rig.Calls(), "Stop", [&rig, source = source] { SendAgain(rig, source); });
-    rig.RaiseState(source, "1", 2);
-    const QStringList ended{QStringLiteral("Insert ~/1.mp4"), QStringLiteral("ReportRecordDownloaded 1"), stop};
-    QCOMPARE(Asked(rig), taken ? ended + QStringList(start) : ended);
+    Once(rig.Calls(), "Stop", [&rig, &of] { SendAgain(rig, of); });
+    rig.RaiseState(of.source, "1", 2);
+    const QStringList ended{QStringLiteral("Insert ~/1.mp4"), QStringLiteral("ReportRecordDownloaded 1"), of.Stop("1")};
+    QCOMPARE(Asked(rig), taken ? ended + QStringList(of.Start("1")) : ended);
     QVERIFY(rig.World().HasFile("1.mp4"));
-    QCOMPARE(IsRunning(rig, source, "1"), taken);
-    QCOMPARE(FreePlaces(rig, source), taken ? limit - 1 : limit);
+    QCOMPARE(IsRunning(rig, of.source, "1"), taken);
+    QCOMPARE(FreePlaces(rig, of.source), taken ? of.iLimit - 1 : of.iLimit);
 }
 
 void SentAgainTest::InsideTheEventOfItsFailureItIsTakenWhereThatIsOver_data()
 {
-    AddSourceColumns();
+    QTest::addColumn<SourceCase>("of");
     QTest::addColumn<bool>("taken"); // the event comes after the act
-    QTest::newRow("cloud") << AllSources[0] << false;
-    QTest::newRow("device") << AllSources[1] << true;
-    QTest::newRow("IOT LAN") << AllSources[2] << false;
-    QTest::newRow("LAN module") << AllSources[3] << false;
+    QTest::newRow("cloud") << SourceCases[0] << false;
+    QTest::newRow("device") << SourceCases[1] << true;
+    QTest::newRow("IOT LAN") << SourceCases[2] << false;
+    QTest::newRow("LAN module") << SourceCases[3] << false;
 }
 
 void SentAgainTest::InsideTheEventOfItsFailureItIsTakenWhereThatIsOver()
 {
-    QFETCH(Source, source);
-    QFETCH(QString, start);
-    QFETCH(QString, stop);
-    QFETCH(int, limit);
+    QFETCH(SourceCase, of);
     QFETCH(bool, taken);
     EngineRig rig(NoPictures);
-    SendTasks(rig, source, {"1"});
+    SendTasks(rig, of.source, {"1"});
     rig.Calls().Clear();
-    Once(rig.Calls(), "notify EventNotifyDownloadRecordStates", [&rig, source = source] { SendAgain(rig, source); });
-    rig.RaiseState(source, "1", 0);
-    QCOMPARE(Asked(rig), taken ? QStringList({stop, start}) : QStringList(stop));
+    Once(rig.Calls(), "notify EventNotifyDownloadRecordStates", [&rig, &of] { SendAgain(rig, of); });
+    rig.RaiseState(of.source, "1", 0);
+    QCOMPARE(Asked(rig), taken ? QStringList({of.Stop("1"), of.Start("1")}) : QStringList(of.Stop("1")));
     QCOMPARE(rig.Calls().Lines("Signal"), // a row that stands for the new task has nothing to hear of the old one
              taken ? Texts({"SignalAddDownloadInfo 1"}) : Texts({"SignalDownloadRecordStates 1 0 false"}));
-    QCOMPARE(IsRunning(rig, source, "1"), taken);
-    QCOMPARE(FreePlaces(rig, source), taken ? limit - 1 : limit);
+    QCOMPARE(IsRunning(rig, of.source, "1"), taken);
+    QCOMPARE(FreePlaces(rig, of.source), taken ? of.iLimit - 1 : of.iLimit);
 }
 
 void SentAgainTest::AShutdownInsideAStartStopsThatTransfer_data()
@@ -288,16 +227,14 @@ void SentAgainTest::AShutdownInsideAStartStopsThatTransfer_data()
 
 void SentAgainTest::AShutdownInsideAStartStopsThatTransfer()
 {
-    QFETCH(Source, source);
-    QFETCH(QString, start);
-    QFETCH(QString, stop);
+    QFETCH(SourceCase, of);
     EngineRig rig(NoPictures);
     Once(rig.Calls(), "Start", [&rig] {
         rig.World().WriteFile("1.mp4");
         rig.Engine().Shutdown();
     });
-    SendTasks(rig, source, {"1", "2"});
-    QCOMPARE(Asked(rig), QStringList({start, stop}));
+    SendTasks(rig, of.source, {"1", "2"});
+    QCOMPARE(Asked(rig), QStringList({of.Start("1"), of.Stop("1")}));
     QVERIFY(!rig.World().HasFile("1.mp4"));
 }
 

@@ -34,15 +34,6 @@ private slots:
 
 namespace {
 
-void AddSourceRows()
-{
-    QTest::addColumn<Source>("source");
-    QTest::newRow("cloud") << Source::Cloud;
-    QTest::newRow("device") << Source::Device;
-    QTest::newRow("IOT LAN") << Source::IOTLan;
-    QTest::newRow("LAN module") << Source::LanModule;
-}
-
 void FillDisk(EngineRig& rig, quint64 uFreeMiB)
 {
     ScriptedDisk::SetFreeBytes(uFreeMiB * ScriptedDisk::MiB);
@@ -180,17 +171,17 @@ void SmallPrintTest::AnUnknownIdStartsNothing_data()
 // A task waits because the disk was full; there is room again by now.
 void SmallPrintTest::AnUnknownIdStartsNothing()
 {
-    QFETCH(Source, source);
+    QFETCH(SourceCase, of);
     EngineRig rig(NoPictures);
     FillDisk(rig, 10);
-    SendTasks(rig, source, {"1"});
+    SendTasks(rig, of.source, {"1"});
     ScriptedDisk::SetFreeBytes(1024 * ScriptedDisk::MiB);
     rig.Calls().Clear();
     for (const int iCode : {0, 1, 2, 3, 77, 100})
-        rig.RaiseState(source, "99", iCode);
+        rig.RaiseState(of.source, "99", iCode);
     QCOMPARE(Told(rig), Texts({}));
-    SendTasks(rig, source, {"2"});
-    QVERIFY(rig.Calls().Short("Start").value(0).endsWith(QLatin1String(" 1")));
+    SendTasks(rig, of.source, {"2"});
+    QCOMPARE(rig.Calls().Short("Start").value(0), of.Start("1"));
 }
 
 void SmallPrintTest::ASingleRefusedTaskIsStartedAgainAtOnce()
