@@ -46,13 +46,16 @@ uint qHash(const PathKey& key, uint uSeed)
     return uHash;
 }
 
-bool PromisedPaths::IsTaken(const QString& strPath, const DownloadRecordInfoPtr& pExcept) const
+bool PromisedPaths::IsTaken(const QString& strPath) const
 {
     const auto promise = m_tasks.constFind(PathKey(strPath));
-    if (promise == m_tasks.constEnd())
-        return false;
-    const DownloadRecordInfoPtr pTask = promise->lock();
-    return pTask && pTask != pExcept;
+    return promise != m_tasks.constEnd() && !promise->expired();
+}
+
+bool PromisedPaths::IsHeldBy(const DownloadRecordInfoPtr& pTask) const
+{
+    const auto promise = m_tasks.constFind(PathKey(pTask->strDownloadPath));
+    return promise != m_tasks.constEnd() && promise->lock() == pTask;
 }
 
 void PromisedPaths::Hold(const DownloadRecordInfoPtr& pTask)

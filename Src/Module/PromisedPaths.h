@@ -26,8 +26,10 @@ uint qHash(const PathKey& key, uint uSeed = 0);
 class PromisedPaths
 {
 public:
-    // True when the path is promised to a task other than `pExcept`.
-    bool IsTaken(const QString& strPath, const DownloadRecordInfoPtr& pExcept = nullptr) const;
+    // True when the path is promised to a task.
+    bool IsTaken(const QString& strPath) const;
+    // True when the task's own target path is promised to it.
+    bool IsHeldBy(const DownloadRecordInfoPtr& pTask) const;
     // Promises the task's own target path to it. An empty path is never promised.
     void Hold(const DownloadRecordInfoPtr& pTask);
     // Ends the promise of a path to the task of that record id.

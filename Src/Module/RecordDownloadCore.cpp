@@ -260,7 +260,7 @@ void RecordDownloadModule::StartRecordDownloads(const QList<DownloadRecordInfoPt
 {
     DownloadTasks tasks;
     for (const DownloadRecordInfoPtr& pRecord : list) {
-        if (m_promisedPaths.IsTaken(pRecord->strDownloadPath, pRecord))
+        if (!m_promisedPaths.IsHeldBy(pRecord)) // given away meanwhile, or the file is whole and registered
             pRecord->strDownloadPath = MakeUniqueFilePath(pRecord->strDownloadPath);
         m_promisedPaths.Hold(pRecord);
         if (const DownloadTaskPtr pTask = TakeIn(pRecord, true))

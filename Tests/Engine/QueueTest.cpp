@@ -124,8 +124,8 @@ void QueueTest::APathIsPromisedToOneTask()
     QVERIFY(!paths.IsTaken(pTask->strDownloadPath));
     paths.Hold(pTask);
     QVERIFY(paths.IsTaken(QStringLiteral("/d/a.mp4")));
-    QVERIFY(paths.IsTaken(QStringLiteral("/d/a.mp4"), MakeTask("1", "/d/a.mp4"))); // another task of that id
-    QVERIFY(!paths.IsTaken(QStringLiteral("/d/a.mp4"), pTask));
+    QVERIFY(!paths.IsHeldBy(MakeTask("1", "/d/a.mp4"))); // another task of that id
+    QVERIFY(paths.IsHeldBy(pTask));
     QVERIFY(!paths.IsTaken(QStringLiteral("/d/a(1).mp4")));
     QVERIFY(!paths.IsTaken(QString()));
 }
@@ -216,8 +216,8 @@ void QueueTest::ALaterPromiseReplacesAnEarlierOne()
     const auto pSecond = MakeTask("2", "/d/a.mp4");
     paths.Hold(pFirst);
     paths.Hold(pSecond);
-    QVERIFY(paths.IsTaken(QStringLiteral("/d/a.mp4"), pFirst));
-    QVERIFY(!paths.IsTaken(QStringLiteral("/d/a.mp4"), pSecond));
+    QVERIFY(!paths.IsHeldBy(pFirst));
+    QVERIFY(paths.IsHeldBy(pSecond));
 }
 
 void QueueTest::LivingPromisesOutliveManyDeadOnes()
