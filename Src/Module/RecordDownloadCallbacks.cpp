@@ -183,7 +183,7 @@ void RecordDownloadModule::ActThenTell(const DownloadTaskPtr& pTask, int iCode)
     if (!bActed)
         return (this->*source.pStartNext)(); // the client dropped it meanwhile
     const TaskState told = pTask->state;
-    const bool bReget = told == TaskState::Waiting;
+    const bool bReget = told == TaskState::Entering;
     if (outcome == Outcome::Running) {
         ResetPasswordCount(*pTask->pRecord);
     } else {
@@ -193,6 +193,8 @@ void RecordDownloadModule::ActThenTell(const DownloadTaskPtr& pTask, int iCode)
     }
     if (pTask->state == told)
         TellPanel(pTask, iCode, bReget, before);
+    if (bReget && pTask->state == told)
+        Move(pTask, TaskState::Waiting); // all know that it waits again
     if (outcome != Outcome::Running)
         (this->*source.pStartNext)();
 }
@@ -235,6 +237,7 @@ bool RecordDownloadModule::EndFinished(const Source& source, const DownloadTaskP
     if (pTask->state != TaskState::Ending)
         return false;
     m_promisedPaths.Release(pTask->pRecord->strDownloadPath, pTask->strRecordId);
+    m_pFolderListing = nullptr; // of a list that is being received; it does not know this file
     if (source.afterFinish != AfterFinish::Stop)
         Move(pTask, TaskState::Outside);
     if (source.afterFinish != AfterFinish::Leave)

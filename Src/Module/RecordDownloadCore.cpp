@@ -18,6 +18,7 @@
 #include <QtCore/QThread>
 
 #include <algorithm>
+#include <utility>
 
 using namespace KXDownLoadList;
 
@@ -130,7 +131,8 @@ void RecordDownloadModule::RegisterWithHost()
 // files that are removed at the end.
 void RecordDownloadModule::Shutdown()
 {
-    m_bShuttingDown = true;
+    if (std::exchange(m_bShuttingDown, true))
+        return;
     delete m_pPictrueDecrypt;
     m_pPictrueDecrypt = nullptr;
     if (m_pDownloadLogic)
@@ -328,7 +330,10 @@ void RecordDownloadModule::DeleteRecordDownload(int iRecordType, const QString& 
         return;
     const DownloadTasks tasks = DropAll(TasksOf(*pSource, strRecordId), true);
     StopTasks(*pSource, strRecordId, tasks, StopCode::Deleted, strPath);
-    m_promisedPaths.Release(strPath, strRecordId);
+    const DownloadTasks left = TasksOf(*pSource, strRecordId);
+    const auto writes = [&strPath](const DownloadTaskPtr& pTask) { return pTask->pRecord->strDownloadPath == strPath; };
+    if (std::none_of(left.begin(), left.end(), writes))
+        m_promisedPaths.Release(strPath, strRecordId);
 }
 
 // All are dropped before the first is stopped. Those of the source that stands last in the table go first.
@@ -344,7 +349,8 @@ void RecordDownloadModule::ClearAllDownloads()
     for (int iType = static_cast<int>(std::size(Sources)) - 1; iType >= 0; --iType) {
         const Source& source = Sources[iType];
         for (const DownloadTaskPtr& pTask : qAsConst(waiting[iType])) {
-            if (source.Has(RemovesWaiting) && pTask->state == TaskState::Outside)
+            const bool bGone = pTask->state == TaskState::Outside && StateOf(pTask->pRecord) == TaskState::Outside;
+            if (source.Has(RemovesWaiting) && bGone)
                 RemoveFileJpg(pTask->pRecord->strDownloadPath);
         }
         for (const DownloadTaskPtr& pTask : qAsConst(running[iType]))

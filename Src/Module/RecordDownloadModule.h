@@ -30,7 +30,7 @@ struct DownloadRequest;
 // source through the host's download module, and tells the panel and the client what becomes of them.
 //
 // Its sources are one mechanism: a Source names all that differs, and the operations named per source
-// (StartCloudDownload and so on) are what the mechanism calls. The code lies in six rooms: RecordDownloadCore and
+// (StartCloudDownload and so on) are what the mechanism calls. The code lies in seven rooms: RecordDownloadCore and
 // -Schedulers, -Callbacks, -Passwords, -Storage, -Pictures.
 //
 // The host, the client, the panel and the database may call back from inside any call to them. After each such call the
@@ -260,6 +260,7 @@ private:
     // Posted by the decrypter in the place of its signal: the downloaded picture could not be read.
     Q_INVOKABLE void OnPictureUnreadable(QString strUrl, QString strDownloadPath);
     void RequestCloudPicture(const KXDownLoadList::DownloadCloudRecordInfo& record);
+    void DecryptPictures(const QString& strUrl, const QString& strLocalPath);
     std::optional<CloudPictureInfo> TakeDecrypted(const QString& strUrl);
     static bool WasListed(const CloudPictureInfo& info);
     void PictureReady(const CloudPictureInfo& info, const QString& strPath);

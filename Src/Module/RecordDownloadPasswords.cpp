@@ -26,7 +26,7 @@ void LogRecovery(const DownloadRecordInfo& record, const char* pszWhat)
 } // namespace
 
 // A refused transfer is given one more start after a password was fetched, and as many as it takes before that. False
-// when the client dropped the task meanwhile; else it waits again, or it is given up and outside.
+// when the client dropped the task meanwhile; else it is to wait again, or it is given up and outside.
 bool RecordDownloadModule::RecoverPassword(const DownloadTaskPtr& pTask, DownloadDeviceRecordInfo& record)
 {
     if (!record.bNeedPassword || !record.bCanGetPassword || !m_pDeviceLogic)
@@ -62,9 +62,8 @@ bool RecordDownloadModule::Requeue(const DownloadTaskPtr& pTask, DownloadDeviceR
         m_setGettingPasswordDevice.remove(record.strDeviceId); // nobody is left to ask for
     if (pTask->state != TaskState::Entering)
         return false;
-    Move(pTask, TaskState::Waiting);
     LogRecovery(record, pszWhy);
-    return pTask->state == TaskState::Waiting;
+    return pTask->state == TaskState::Entering;
 }
 
 // The mutex is held around the host's call, so that an answer on a host thread finds its handle in the list.

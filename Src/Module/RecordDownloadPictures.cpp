@@ -39,14 +39,12 @@ void RecordDownloadModule::OnPictureDownloaded(int iResult, const QString& strUr
         return;
     const QList<CloudPictureInfo> undecrypted = pictures->infos.mid(pictures->iDecrypting);
     if (iResult == 0 && m_pPictrueDecrypt && m_pCloudLogic) {
-        pictures->iDecrypting = pictures->infos.size();
+        // The cover is saved before the transfer starts; of a task that was deleted meanwhile nothing shall appear.
         for (const CloudPictureInfo& info : undecrypted) {
-            // The cover is saved before the transfer starts; of a task that was deleted meanwhile nothing shall appear.
             if (m_promisedPaths.IsTaken(info.strDownloadPath))
                 MakeFolderOf(info.strDownloadPath);
-            m_pPictrueDecrypt->Enqueue(
-                {strUrl, strLocalPath, info.strPictureKey, info.strDeviceId, info.strPassword, info.strDownloadPath});
         }
+        DecryptPictures(strUrl, strLocalPath);
         return;
     }
     pictures->infos.erase(pictures->infos.begin() + pictures->iDecrypting, pictures->infos.end());
@@ -55,6 +53,19 @@ void RecordDownloadModule::OnPictureDownloaded(int iResult, const QString& strUr
     for (const CloudPictureInfo& info : undecrypted) {
         if (!WasListed(info)) // such a one was resumed when it is held, and waits for its password again
             PictureReady(info, QString());
+    }
+}
+
+// Nothing in here leaves the engine, so that the jobs stand in the order of their requests.
+void RecordDownloadModule::DecryptPictures(const QString& strUrl, const QString& strLocalPath)
+{
+    const auto pictures = m_mapCloudPicture.find(strUrl);
+    if (pictures == m_mapCloudPicture.end() || !m_pPictrueDecrypt)
+        return; // the client ended the plug-in when a folder was logged
+    for (; pictures->iDecrypting < pictures->infos.size(); ++pictures->iDecrypting) {
+        const CloudPictureInfo& info = pictures->infos[pictures->iDecrypting];
+        m_pPictrueDecrypt->Enqueue(
+            {strUrl, strLocalPath, info.strPictureKey, info.strDeviceId, info.strPassword, info.strDownloadPath});
     }
 }
 

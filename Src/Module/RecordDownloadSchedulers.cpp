@@ -1,4 +1,4 @@
-// The engine's schedulers: which waiting task starts next, and how one transfer is started and stopped.
+// The engine's schedulers: which waiting task starts next, and how it is started.
 
 #include "Module/RecordDownloadModule.h"
 
@@ -84,6 +84,9 @@ DownloadTaskPtr RecordDownloadModule::NextToStart(const Source& source)
 void RecordDownloadModule::StartDownload(const Source& source, const DownloadTaskPtr& pTask)
 {
     Move(pTask, TaskState::Starting);
+    const int iStart = ++pTask->iStarts;
+    pTask->bHeard = false;
+    pTask->codesWhileStarting.clear();
     // What was posted before belongs to an earlier transfer of the id.
     QMetaObject::invokeMethod(
         this, [pTask] { pTask->bHeard = true; }, Qt::QueuedConnection);
@@ -92,8 +95,8 @@ void RecordDownloadModule::StartDownload(const Source& source, const DownloadTas
     if (pTask->state != TaskState::Starting)
         return EndDroppedStart(source, pTask, bStarted ? pLogic : nullptr);
     Move(pTask, bStarted ? TaskState::Running : TaskState::Outside);
-    for (const int iCode : qAsConst(pTask->codesWhileStarting)) {
-        if (pTask->state == TaskState::Running)
+    for (const int iCode : QVector<int>(pTask->codesWhileStarting)) {
+        if (pTask->state == TaskState::Running && pTask->iStarts == iStart)
             (this->*source.pHandleState)(pTask, iCode);
     }
 }

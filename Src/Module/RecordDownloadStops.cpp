@@ -86,13 +86,13 @@ DownloadTasks RecordDownloadModule::DropAll(const DownloadTasks& tasks, bool bRe
 }
 
 // Stops tasks of one id, which were taken for that, and takes them out. `code` decides whether a file goes: Deleted
-// removes `strPath`, Failed the task's own where the source does not keep it. What was dropped for good loses its own
-// in any case.
+// removes `strPath`, Failed the task's own where the source does not keep it. What other records of a row left is the
+// panel's.
 void RecordDownloadModule::StopTasks(const Source& source, const QString& strRecordId, const DownloadTasks& tasks,
                                      StopCode code, const QString& strPath)
 {
     const DownloadTasks others = StoppedElsewhere(source, strRecordId, tasks);
-    if (!tasks.isEmpty() || others.isEmpty())
+    if (!tasks.isEmpty() || (others.isEmpty() && !m_listHostStop.contains({&source, strRecordId})))
         StopInHost(source, strRecordId, m_pDownloadLogic);
     const auto writes = [&strPath](const DownloadTaskPtr& pTask) { return pTask->pRecord->strDownloadPath == strPath; };
     if (code == StopCode::Deleted && std::none_of(others.begin(), others.end(), writes))
