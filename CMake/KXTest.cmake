@@ -1,7 +1,26 @@
-# One test program per subject: kx_add_test(NAME [SOURCES file ...] [LIBRARIES target ...]). Without SOURCES it is NAME.cpp.
-# The program runs without a display of its own: offscreen on Linux; a Windows program that was built elsewhere runs
-# under Wine with the platform that it ships with, on a display that is there for the tests. It runs in a scratch folder
-# of its own, where its temporary files stay until CheckCanaries has looked through them.
+# Tests. A test class is a file of its name; the classes of a room share one program, for a program of its own costs a link
+# and a run of moc under every preset. CTest runs each class by itself, in a process and a scratch folder of its own, so
+# that they share nothing but the code.
+#
+#     kx_add_tests(ROOM CLASSES class ... [SOURCES file ...] [LIBRARIES target ...])
+#         The program ROOM with CLASS.cpp of each class, and files that they share. A class is a test of its name:
+#             ctest --preset dev -R ListTest        or, by hand        build/dev/bin/EngineTests ListTest
+#     kx_add_test(CLASS [SOURCES file ...] [LIBRARIES target ...])
+#         A program with one class, for what the others of its room must not link.
+#
+# To add a test: write CLASS.cpp (its last lines as Tests/TestMain.h says) and its name into the CLASSES of its room.
+#
+# A test runs without a display of its own: offscreen on Linux; a Windows program that was built elsewhere runs under Wine
+# with the platform that it ships with, on a display that is there for the tests. Its temporary files stay in its scratch
+# folder until CheckCanaries has looked through them.
+add_library(KXTestMain STATIC TestMain.cpp TestMain.h)
+target_include_directories(KXTestMain PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
+target_link_libraries(KXTestMain PUBLIC Qt5::Test Qt5::Widgets Qt5::Network PRIVATE KXWarnings)
+# A test's own code is fast enough as it stands, and optimising it takes half the time of its compilation.
+if(NOT MSVC)
+    target_compile_options(KXTestMain PUBLIC -O0)
+endif()
+
 if(MINGW AND CMAKE_CROSSCOMPILING)
     set(KX_WINE_FOLDER "${CMAKE_BINARY_DIR}/wine")
     set(KX_WINE "${CMAKE_SOURCE_DIR}/Tools/windows/wine.sh" "${KX_WINE_FOLDER}")
@@ -12,30 +31,37 @@ if(MINGW AND CMAKE_CROSSCOMPILING)
     set_tests_properties(WineDesktopDown PROPERTIES FIXTURES_CLEANUP WineDesktop)
 endif()
 
-function(kx_add_test name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
-    if(NOT ARG_SOURCES)
-        set(ARG_SOURCES ${name}.cpp)
-    endif()
-    add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE KXWarnings Qt5::Test ${ARG_LIBRARIES})
-    target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/Tests")
-    set(scratch "${PROJECT_BINARY_DIR}/scratch/${name}")
+function(kx_add_tests room)
+    cmake_parse_arguments(ARG "" "" "CLASSES;SOURCES;LIBRARIES" ${ARGN})
+    list(TRANSFORM ARG_CLASSES APPEND ".cpp" OUTPUT_VARIABLE files)
+    add_executable(${room} ${files} ${ARG_SOURCES})
+    target_link_libraries(${room} PRIVATE KXWarnings KXTestMain ${ARG_LIBRARIES})
+    foreach(class ${ARG_CLASSES})
+        kx_run_class(${room} ${class})
+    endforeach()
+endfunction()
+
+function(kx_add_test class)
+    kx_add_tests(${class} CLASSES ${class} ${ARGN})
+endfunction()
+
+function(kx_run_class program class)
+    set(scratch "${PROJECT_BINARY_DIR}/scratch/${class}")
     file(MAKE_DIRECTORY "${scratch}")
     set(environment "KX_KEEP_SCRATCH=1")
     set(fixtures Scratch)
     if(KX_WINE)
-        add_test(NAME ${name} COMMAND ${KX_WINE} --test "$<TARGET_FILE:${name}>")
+        add_test(NAME ${class} COMMAND ${KX_WINE} --test "$<TARGET_FILE:${program}>" ${class})
         list(APPEND environment "KX_TEMP=Z:${scratch}")
         list(APPEND fixtures WineDesktop)
     else()
-        add_test(NAME ${name} COMMAND ${name})
+        add_test(NAME ${class} COMMAND ${program} ${class})
         list(APPEND environment "QT_QPA_PLATFORM=offscreen" "TMPDIR=${scratch}")
     endif()
     if(KX_SANITIZE MATCHES "address")
         list(APPEND environment "LSAN_OPTIONS=print_suppressions=0:suppressions=${PROJECT_SOURCE_DIR}/Tests/leaks.supp")
     endif()
-    set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment}" WORKING_DIRECTORY "${scratch}"
+    set_tests_properties(${class} PROPERTIES ENVIRONMENT "${environment}" WORKING_DIRECTORY "${scratch}"
                          FIXTURES_REQUIRED "${fixtures}")
 endfunction()
 

@@ -1,6 +1,7 @@
 #include "Client/WindowUser.h"
 
 #include "Host/KXLogic/RunningTransfers.h"
+#include "TestMain.h"
 
 #include <QtCore/QSettings>
 #include <QtTest/QtTest>
@@ -119,5 +120,5 @@ void WindowQuitTest::WhatIsWrongEndsItBeforeItOpens()
     QVERIFY(!bOpened);
 }
 
-QTEST_MAIN(WindowQuitTest)
+KX_TEST(WindowQuitTest, QApplication)
 #include "WindowQuitTest.moc"

@@ -1,5 +1,6 @@
 #include "Host/Client/Window/WindowSettings.h"
 #include "Host/LogFile.h"
+#include "TestMain.h"
 
 #include <QtCore/QDir>
 #include <QtTest/QtTest>
@@ -167,5 +168,5 @@ void WindowSettingsTest::RecentFoldersAreTheLatestFirstAndFew()
     QCOMPARE(settings.recentFolders, wanted);
 }
 
-QTEST_GUILESS_MAIN(WindowSettingsTest)
+KX_TEST(WindowSettingsTest, QCoreApplication)
 #include "WindowSettingsTest.moc"

@@ -1,4 +1,5 @@
 #include "Client/WindowUser.h"
+#include "TestMain.h"
 
 #include <QtCore/QFile>
 #include <QtGui/QImage>
@@ -224,5 +225,5 @@ void WindowTest::ANameIsShownAsItIsWritten()
               });
 }
 
-QTEST_MAIN(WindowTest)
+KX_TEST(WindowTest, QApplication)
 #include "WindowTest.moc"

@@ -1,4 +1,5 @@
 #include "EndToEnd/ClientProcess.h"
+#include "TestMain.h"
 
 #include <QtCore/QDir>
 #include <QtGui/QImage>
@@ -50,5 +51,5 @@ void CatalogueTest::TheWholeCatalogueArrives()
     }
 }
 
-QTEST_GUILESS_MAIN(CatalogueTest)
+KX_TEST(CatalogueTest, QCoreApplication)
 #include "CatalogueTest.moc"

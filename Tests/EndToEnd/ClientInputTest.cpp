@@ -1,4 +1,5 @@
 #include "EndToEnd/ClientProcess.h"
+#include "TestMain.h"
 
 #include <QtTest/QtTest>
 
@@ -153,5 +154,5 @@ void ClientInputTest::ABadRecordNamesIndexAndKey()
     Refuses(GoodConfig, records, strSaid);
 }
 
-QTEST_GUILESS_MAIN(ClientInputTest)
+KX_TEST(ClientInputTest, QCoreApplication)
 #include "ClientInputTest.moc"

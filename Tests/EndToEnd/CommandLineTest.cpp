@@ -1,4 +1,5 @@
 #include "EndToEnd/ClientProcess.h"
+#include "TestMain.h"
 
 #include <QtTest/QtTest>
 
@@ -94,5 +95,5 @@ void CommandLineTest::EveryFaultIsListedInTheHelp()
         QVERIFY2(result.strOut.contains(QLatin1String(pszFault)), result.Said());
 }
 
-QTEST_GUILESS_MAIN(CommandLineTest)
+KX_TEST(CommandLineTest, QCoreApplication)
 #include "CommandLineTest.moc"

@@ -1,4 +1,5 @@
 #include "EndToEnd/ClientProcess.h"
+#include "TestMain.h"
 
 #include <QtCore/QDir>
 #include <QtGui/QImage>
@@ -131,5 +132,5 @@ void DifficultTest::AFailureThatDoesNotHappenIsAFailure()
     QVERIFY2(result.strErr.contains("device "_s + Attic + " did not end as expected: whole"_s), result.Said());
 }
 
-QTEST_GUILESS_MAIN(DifficultTest)
+KX_TEST(DifficultTest, QCoreApplication)
 #include "DifficultTest.moc"

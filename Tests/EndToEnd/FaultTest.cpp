@@ -1,4 +1,5 @@
 #include "EndToEnd/ClientProcess.h"
+#include "TestMain.h"
 
 #include <QtCore/QJsonDocument>
 #include <QtTest/QtTest>
@@ -150,5 +151,5 @@ void FaultTest::AnExpectedFailureThatSucceedsIsOne()
     QVERIFY2(result.strErr.contains("device "_s + Device + " did not end as expected"_s), result.Said());
 }
 
-QTEST_GUILESS_MAIN(FaultTest)
+KX_TEST(FaultTest, QCoreApplication)
 #include "FaultTest.moc"

@@ -1,5 +1,6 @@
 #include "EndToEnd/ClientProcess.h"
 #include "ScratchDir.h"
+#include "TestMain.h"
 
 #include <QtCore/QDir>
 #include <QtGui/QImage>
@@ -160,5 +161,5 @@ void GuiTest::APictureThatCannotBeTakenOrWrittenSaysWhy()
     QVERIFY2(QDir(m_folder.path()).isEmpty(), "no half picture");
 }
 
-QTEST_GUILESS_MAIN(GuiTest)
+KX_TEST(GuiTest, QCoreApplication)
 #include "GuiTest.moc"

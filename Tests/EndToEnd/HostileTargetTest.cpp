@@ -1,6 +1,7 @@
 // Places that a recording cannot be written to, or only just: each with its clear error, and nothing overwritten.
 
 #include "EndToEnd/ClientProcess.h"
+#include "TestMain.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -137,5 +138,5 @@ void HostileTargetTest::ANameThatTheSystemForbids()
 #endif
 }
 
-QTEST_GUILESS_MAIN(HostileTargetTest)
+KX_TEST(HostileTargetTest, QCoreApplication)
 #include "HostileTargetTest.moc"

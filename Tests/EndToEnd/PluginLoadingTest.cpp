@@ -1,4 +1,5 @@
 #include "EndToEnd/ClientProcess.h"
+#include "TestMain.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
@@ -86,5 +87,5 @@ void PluginLoadingTest::ACopyElsewhereWorks()
     QVERIFY2(result.iExit == 0, result.Said());
 }
 
-QTEST_GUILESS_MAIN(PluginLoadingTest)
+KX_TEST(PluginLoadingTest, QCoreApplication)
 #include "PluginLoadingTest.moc"

@@ -1,4 +1,5 @@
 #include "EndToEnd/ClientProcess.h"
+#include "TestMain.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QRegularExpression>
@@ -66,5 +67,5 @@ void ProgressTest::AFileHasALinePerFinishedTask()
     QVERIFY2(!result.strOut.contains(QChar(0x1B)), result.Said());
 }
 
-QTEST_GUILESS_MAIN(ProgressTest)
+KX_TEST(ProgressTest, QCoreApplication)
 #include "ProgressTest.moc"

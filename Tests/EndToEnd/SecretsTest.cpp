@@ -1,5 +1,6 @@
 #include "Canary.h"
 #include "EndToEnd/ClientProcess.h"
+#include "TestMain.h"
 
 #include <QtCore/QDirIterator>
 #include <QtCore/QUrl>
@@ -132,5 +133,5 @@ void SecretsTest::AConfigurationAndRecordsShowNone()
     VerifyHidden(place, Run(place, arguments), secrets);
 }
 
-QTEST_GUILESS_MAIN(SecretsTest)
+KX_TEST(SecretsTest, QCoreApplication)
 #include "SecretsTest.moc"

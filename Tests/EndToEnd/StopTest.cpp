@@ -1,4 +1,5 @@
 #include "EndToEnd/ClientProcess.h"
+#include "TestMain.h"
 
 #include <QtCore/QFileInfo>
 #include <QtTest/QtTest>
@@ -106,5 +107,5 @@ void StopTest::TheSiteEndsOnASignal()
     QCOMPARE(site.Finish().iExit, 0);
 }
 
-QTEST_GUILESS_MAIN(StopTest)
+KX_TEST(StopTest, QCoreApplication)
 #include "StopTest.moc"

@@ -1,4 +1,5 @@
 #include "EndToEnd/ClientProcess.h"
+#include "TestMain.h"
 
 #include <QtCore/QDir>
 #include <QtSql/QSqlDatabase>
@@ -169,5 +170,5 @@ void TargetTest::ADamagedFileIsNoticed()
     QVERIFY2(result.strOut.contains(strState), result.Said());
 }
 
-QTEST_GUILESS_MAIN(TargetTest)
+KX_TEST(TargetTest, QCoreApplication)
 #include "TargetTest.moc"

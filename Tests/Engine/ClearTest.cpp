@@ -1,6 +1,7 @@
 // The client says that the disk is full: every task is dropped, in a fixed order, and most of their files go.
 
 #include "Engine/EngineCases.h"
+#include "TestMain.h"
 
 using namespace EngineCases;
 
@@ -190,5 +191,5 @@ void ClearTest::AClearedTaskMayBeStartedAgain()
                                "StartDeviceRecordDownload 1"}));
 }
 
-QTEST_GUILESS_MAIN(ClearTest)
+KX_TEST(ClearTest, QCoreApplication)
 #include "ClearTest.moc"

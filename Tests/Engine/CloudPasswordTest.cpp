@@ -1,6 +1,7 @@
 // An encrypted cloud recording is held until the host answers for its password.
 
 #include "Engine/EngineCases.h"
+#include "TestMain.h"
 
 using namespace EngineCases;
 
@@ -320,5 +321,5 @@ void CloudPasswordTest::AnAnswerAfterShutdownStartsNothing()
     QCOMPARE(rig.Calls().Count("get "), 0);
 }
 
-QTEST_GUILESS_MAIN(CloudPasswordTest)
+KX_TEST(CloudPasswordTest, QCoreApplication)
 #include "CloudPasswordTest.moc"

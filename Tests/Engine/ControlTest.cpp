@@ -1,6 +1,7 @@
 // What the panel's buttons do: pause, resume, delete.
 
 #include "Engine/EngineCases.h"
+#include "TestMain.h"
 
 using namespace EngineCases;
 
@@ -359,5 +360,5 @@ void ControlTest::ATaskWaitingForADevicePasswordThatWasTakenOutDoesNotComeBack()
     QCOMPARE(pTask->strPassword, QString());
 }
 
-QTEST_GUILESS_MAIN(ControlTest)
+KX_TEST(ControlTest, QCoreApplication)
 #include "ControlTest.moc"

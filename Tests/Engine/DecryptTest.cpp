@@ -2,6 +2,7 @@
 
 #include "Engine/CoverPictures.h"
 #include "HostilePictures.h"
+#include "TestMain.h"
 
 #include <QtCore/QEventLoop>
 #include <QtGui/QImageReader>
@@ -462,5 +463,5 @@ void DecryptTest::WithoutAHostNothingIsDecrypted()
     QVERIFY(!world.HasFile("1.jpg"));
 }
 
-QTEST_GUILESS_MAIN(DecryptTest)
+KX_TEST(DecryptTest, QCoreApplication)
 #include "DecryptTest.moc"

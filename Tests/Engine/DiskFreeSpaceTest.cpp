@@ -3,6 +3,7 @@
 #include "Module/DiskFreeSpace.h"
 
 #include "ScratchDir.h"
+#include "TestMain.h"
 
 #include <QtCore/QStorageInfo>
 #include <QtTest/QtTest>
@@ -101,5 +102,5 @@ void DiskFreeSpaceTest::ASmallVolumeIsMeasuredToTheMebibyte()
     QCOMPARE(static_cast<int>((*measured - 1) >> 20), freeMiB - 1); // to the byte
 }
 
-QTEST_GUILESS_MAIN(DiskFreeSpaceTest)
+KX_TEST(DiskFreeSpaceTest, QCoreApplication)
 #include "DiskFreeSpaceTest.moc"

@@ -1,4 +1,5 @@
 #include "Engine/EngineCases.h"
+#include "TestMain.h"
 
 #include <QtCore/QMetaMethod>
 
@@ -439,5 +440,5 @@ void EventsTest::PrivateSlotsHaveTheirOrder()
                "void OnGetDevicePassword(int,int64_t,QString,QString,QString)"}));
 }
 
-QTEST_GUILESS_MAIN(EventsTest)
+KX_TEST(EventsTest, QCoreApplication)
 #include "EventsTest.moc"

@@ -1,6 +1,7 @@
 // What the host's threads report, and how a finished file is made known.
 
 #include "Engine/EngineCases.h"
+#include "TestMain.h"
 
 #include <QtCore/QDateTime>
 
@@ -336,5 +337,5 @@ void FinishTest::CallbacksOfManyThreadsAllArrive()
     QCOMPARE(rig.Calls().OffThread(), Texts({}));
 }
 
-QTEST_GUILESS_MAIN(FinishTest)
+KX_TEST(FinishTest, QCoreApplication)
 #include "FinishTest.moc"

@@ -1,6 +1,7 @@
 // A cover picture that is settled when its task is no longer what it was: deleted, finished, or resumed and held again.
 
 #include "Engine/CoverPictures.h"
+#include "TestMain.h"
 
 using namespace CoverPictures;
 using namespace EngineCases;
@@ -162,5 +163,5 @@ void LatePictureTest::TheCoverOfATaskDeletedMeanwhileIsRemoved()
     QCOMPARE(rig.World().HasFile("1.mp4"), meanwhile == Meanwhile::Finished);
 }
 
-QTEST_GUILESS_MAIN(LatePictureTest)
+KX_TEST(LatePictureTest, QCoreApplication)
 #include "LatePictureTest.moc"

@@ -1,4 +1,5 @@
 #include "Engine/EngineCases.h"
+#include "TestMain.h"
 
 using namespace EngineCases;
 using namespace KXDownLoadList;
@@ -375,5 +376,5 @@ void ListTest::ListAfterACorruptOneIsReadAgain()
     QCOMPARE(rig.Calls().Short("Start"), Texts({"StartDeviceRecordDownload 7"}));
 }
 
-QTEST_GUILESS_MAIN(ListTest)
+KX_TEST(ListTest, QCoreApplication)
 #include "ListTest.moc"

@@ -1,6 +1,7 @@
 // Answers to a device password query: unknown, doubled, late, racing the query, after the end.
 
 #include "Engine/EngineCases.h"
+#include "TestMain.h"
 
 #include <QtCore/QTextCodec>
 
@@ -348,5 +349,5 @@ void PasswordAnswerTest::AnAnswerOnItsWayMayOutliveTheEngine()
     QCOMPARE(record->strPassword, QString());
 }
 
-QTEST_GUILESS_MAIN(PasswordAnswerTest)
+KX_TEST(PasswordAnswerTest, QCoreApplication)
 #include "PasswordAnswerTest.moc"

@@ -1,6 +1,7 @@
 // A device refuses a transfer: the fetched password, the one retry, and the answers that come at odd times.
 
 #include "Engine/EngineCases.h"
+#include "TestMain.h"
 
 using namespace EngineCases;
 
@@ -378,5 +379,5 @@ void PasswordTest::AHostWithoutDevicesCannotBeAsked()
     QCOMPARE(rig.World().Log().Lines(), Texts({CannotGet}));
 }
 
-QTEST_GUILESS_MAIN(PasswordTest)
+KX_TEST(PasswordTest, QCoreApplication)
 #include "PasswordTest.moc"

@@ -1,6 +1,7 @@
 // What the outcome of a cover picture does to its task, one picture at a time.
 
 #include "Engine/CoverPictures.h"
+#include "TestMain.h"
 
 using namespace CoverPictures;
 using namespace EngineCases;
@@ -417,5 +418,5 @@ void PictureTest::AServedPictureWithoutCloudModuleReleasesItsTask()
     QCOMPARE(rig.Task("1")->strPicturePath, QString());
 }
 
-QTEST_GUILESS_MAIN(PictureTest)
+KX_TEST(PictureTest, QCoreApplication)
 #include "PictureTest.moc"

@@ -1,6 +1,7 @@
 // Two tasks never write one file: how long a target path belongs to its task, and which number is free again.
 
 #include "Engine/EngineCases.h"
+#include "TestMain.h"
 
 #include <utility>
 
@@ -177,5 +178,5 @@ void PromisedPathsTest::OneNameInOtherLettersIsOneFile()
     QCOMPARE(Paths(rig, {"2"}), QStringList{given});
 }
 
-QTEST_GUILESS_MAIN(PromisedPathsTest)
+KX_TEST(PromisedPathsTest, QCoreApplication)
 #include "PromisedPathsTest.moc"

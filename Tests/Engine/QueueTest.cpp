@@ -3,6 +3,7 @@
 #include "FakeHost/FakeWorld.h"
 #include "Module/PromisedPaths.h"
 #include "Module/RecordQueue.h"
+#include "TestMain.h"
 
 #include <QtCore/QDir>
 #include <QtTest/QtTest>
@@ -238,5 +239,5 @@ void QueueTest::LivingPromisesOutliveManyDeadOnes()
         QVERIFY(paths.IsTaken(pTask->strDownloadPath));
 }
 
-QTEST_GUILESS_MAIN(QueueTest)
+KX_TEST(QueueTest, QCoreApplication)
 #include "QueueTest.moc"

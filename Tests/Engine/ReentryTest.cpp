@@ -2,6 +2,7 @@
 // of a state; and a task is handed to it twice.
 
 #include "Engine/EngineCases.h"
+#include "TestMain.h"
 
 using namespace EngineCases;
 
@@ -408,5 +409,5 @@ void ReentryTest::ATaskWhosePathWasGivenAwayGetsAnother()
     QVERIFY(rig.Calls().Lines("StartDeviceRecordDownload 1").value(0).contains(QLatin1String(" path=~/1(1).mp4 ")));
 }
 
-QTEST_GUILESS_MAIN(ReentryTest)
+KX_TEST(ReentryTest, QCoreApplication)
 #include "ReentryTest.moc"

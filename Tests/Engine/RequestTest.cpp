@@ -1,6 +1,7 @@
 // What a transfer is started with: every field of every source's request.
 
 #include "Engine/EngineCases.h"
+#include "TestMain.h"
 
 using namespace EngineCases;
 
@@ -278,5 +279,5 @@ void RequestTest::TextsAreUtf8()
                                "SignalDownloadRecordStates 录像-1 0 false"}));
 }
 
-QTEST_GUILESS_MAIN(RequestTest)
+KX_TEST(RequestTest, QCoreApplication)
 #include "RequestTest.moc"

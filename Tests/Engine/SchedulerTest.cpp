@@ -1,6 +1,7 @@
 // How many transfers run per source, in which order they start, and what becomes of one that cannot start.
 
 #include "Engine/EngineCases.h"
+#include "TestMain.h"
 
 using namespace EngineCases;
 
@@ -383,5 +384,5 @@ void SchedulerTest::OneRecordIdInTwoSourcesIsTwoTasks()
              Texts({"StartIOTLanRecordDownload 1", "StartLanModuleRecordDownload 1", "StartDeviceRecordDownload 1"}));
 }
 
-QTEST_GUILESS_MAIN(SchedulerTest)
+KX_TEST(SchedulerTest, QCoreApplication)
 #include "SchedulerTest.moc"

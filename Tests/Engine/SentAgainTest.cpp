@@ -2,6 +2,7 @@
 // behind.
 
 #include "Engine/EngineCases.h"
+#include "TestMain.h"
 
 using namespace EngineCases;
 
@@ -294,5 +295,5 @@ void SentAgainTest::AnEndFromBeforeItsStartIsNotTheTwins()
     QCOMPARE(rig.Calls().Short("Insert"), Texts({"Insert ~/1.mp4", "Insert ~/1(1).mp4"}));
 }
 
-QTEST_GUILESS_MAIN(SentAgainTest)
+KX_TEST(SentAgainTest, QCoreApplication)
 #include "SentAgainTest.moc"

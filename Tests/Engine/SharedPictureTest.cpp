@@ -1,6 +1,7 @@
 // Several cloud tasks with one cover picture, the empty URL among them: each is settled, none is left behind.
 
 #include "Engine/CoverPictures.h"
+#include "TestMain.h"
 
 using namespace CoverPictures;
 using namespace EngineCases;
@@ -264,5 +265,5 @@ void SharedPictureTest::ATaskBehindAnUnreadableFileIsSettledByItsOwnResult()
         QStringLiteral("6 RecordDownloadModule::OnPictureUnreadable The cover picture of ~/1.mp4 could not be read.")));
 }
 
-QTEST_GUILESS_MAIN(SharedPictureTest)
+KX_TEST(SharedPictureTest, QCoreApplication)
 #include "SharedPictureTest.moc"

@@ -2,6 +2,7 @@
 
 #include "Engine/EngineCases.h"
 #include "Module/PictrueDecrypt.h"
+#include "TestMain.h"
 
 #include <QtCore/QEventLoop>
 
@@ -385,5 +386,5 @@ void ShutdownTest::DestroyingTheEngineDoesNotCallTheHost()
     QCOMPARE(pTask.use_count(), 1L);
 }
 
-QTEST_GUILESS_MAIN(ShutdownTest)
+KX_TEST(ShutdownTest, QCoreApplication)
 #include "ShutdownTest.moc"

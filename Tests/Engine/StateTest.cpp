@@ -1,6 +1,7 @@
 // What each state of a transfer does: the event, the stop, the panel's signal, the next start, the files.
 
 #include "Engine/EngineCases.h"
+#include "TestMain.h"
 
 using namespace EngineCases;
 
@@ -224,5 +225,5 @@ void StateTest::AFailureOfATaskThatTheClientDeletedIsDoneWith()
     QVERIFY(rig.World().HasFile("1.mp4"));
 }
 
-QTEST_GUILESS_MAIN(StateTest)
+KX_TEST(StateTest, QCoreApplication)
 #include "StateTest.moc"

@@ -1,4 +1,5 @@
 #include "Engine/EngineCases.h"
+#include "TestMain.h"
 
 #include <QtCore/QDir>
 
@@ -311,5 +312,5 @@ void StorageTest::EveryLineNamesTheEngineAsItsFile()
     }
 }
 
-QTEST_GUILESS_MAIN(StorageTest)
+KX_TEST(StorageTest, QCoreApplication)
 #include "StorageTest.moc"

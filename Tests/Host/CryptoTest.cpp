@@ -1,6 +1,7 @@
 #include "Host/Crypto/DeviceUserInfo.h"
 #include "Host/Crypto/PictureCipher.h"
 #include "Host/Crypto/RecordCipher.h"
+#include "TestMain.h"
 
 #include <QtTest/QtTest>
 
@@ -228,5 +229,5 @@ void CryptoTest::WorksOnManyThreadsAtOnce()
     QCOMPARE(std::count(opened.begin(), opened.end(), 1), 8);
 }
 
-QTEST_APPLESS_MAIN(CryptoTest)
+KX_TEST(CryptoTest, NoApplication)
 #include "CryptoTest.moc"

@@ -1,5 +1,6 @@
 #include "KXBase/GKXObserver.h"
 #include "LogFile.h"
+#include "TestMain.h"
 
 #include <QtCore/QSemaphore>
 #include <QtCore/QThread>
@@ -386,5 +387,5 @@ void GKXObserverTest::ManyThreadsMayAttachNotifyAndDestroyAtOnce()
     QTRY_COMPARE(receiver.m_listPayloads.size(), 1000);
 }
 
-QTEST_GUILESS_MAIN(GKXObserverTest)
+KX_TEST(GKXObserverTest, QCoreApplication)
 #include "GKXObserverTest.moc"

@@ -1,6 +1,7 @@
 #include "Host/KXGui/Theme.h"
 #include "KXGui/KXColor.h"
 #include "KXGui/KXPublic.h"
+#include "TestMain.h"
 
 #include <QtCore/QtMath>
 #include <QtTest/QtTest>
@@ -162,5 +163,5 @@ void GuiColorTest::TableAndUnwrappingMakeAStyleSheet()
     QCOMPARE(strSheet, QStringLiteral("QWidget { background: #ffffff; color: #1d2430 }"));
 }
 
-QTEST_APPLESS_MAIN(GuiColorTest)
+KX_TEST(GuiColorTest, NoApplication)
 #include "GuiColorTest.moc"

@@ -1,4 +1,5 @@
 #include "KXGui/KXDialog.h"
+#include "TestMain.h"
 
 #include <QtTest/QtTest>
 
@@ -148,5 +149,5 @@ void GuiDialogTest::BecomingFixedEndsTheDrag()
     QCOMPARE(dialog.pos(), start);
 }
 
-QTEST_MAIN(GuiDialogTest)
+KX_TEST(GuiDialogTest, QApplication)
 #include "GuiDialogTest.moc"

@@ -1,5 +1,6 @@
 #include "GuiRow.h"
 #include "KXGui/GraphicsGridView.h"
+#include "TestMain.h"
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QScrollBar>
@@ -388,5 +389,5 @@ void GuiGridScrollTest::TheSceneHasNoIndex()
     QCOMPARE(screen.view.scene()->itemIndexMethod(), QGraphicsScene::NoIndex);
 }
 
-QTEST_MAIN(GuiGridScrollTest)
+KX_TEST(GuiGridScrollTest, QApplication)
 #include "GuiGridScrollTest.moc"

@@ -1,5 +1,6 @@
 #include "GuiRow.h"
 #include "KXGui/GraphicsGridView.h"
+#include "TestMain.h"
 
 #include <QtCore/QRandomGenerator>
 #include <QtTest/QtTest>
@@ -255,5 +256,5 @@ void GuiGridTest::AHundredThousandItemsAreFoundFromBothEnds()
     QCOMPARE(GuiRow::s_iAlive, 10);
 }
 
-QTEST_MAIN(GuiGridTest)
+KX_TEST(GuiGridTest, QApplication)
 #include "GuiGridTest.moc"

@@ -2,6 +2,7 @@
 #include "KXGui/KXColor.h"
 #include "KXGui/KXSvgPixmap.h"
 #include "ScratchDir.h"
+#include "TestMain.h"
 
 #include <QtGui/QPainter>
 #include <QtTest/QtTest>
@@ -148,7 +149,7 @@ void GuiSharpTest::PicturesShowOnBothTables()
     QVERIFY2(iSpread > 60, qPrintable(QString::number(iSpread)));
 }
 
-int main(int argc, char* argv[])
+KX_TEST_MAIN(GuiSharpTest)
 {
     qputenv("QT_SCALE_FACTOR", "2");
     QApplication app(argc, argv);

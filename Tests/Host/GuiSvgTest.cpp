@@ -1,6 +1,7 @@
 #include "KXGui/KXSvgPixmap.h"
 #include "LogFile.h"
 #include "ScratchDir.h"
+#include "TestMain.h"
 
 #include <QtTest/QtTest>
 
@@ -200,5 +201,5 @@ void GuiSvgTest::WhatDiffersIsKeptApart()
     QCOMPARE(pixmap.toImage().pixelColor(2, 2), Ground);
 }
 
-QTEST_MAIN(GuiSvgTest)
+KX_TEST(GuiSvgTest, QApplication)
 #include "GuiSvgTest.moc"

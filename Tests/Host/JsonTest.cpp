@@ -1,4 +1,5 @@
 #include "ktl/Json.h"
+#include "TestMain.h"
 
 #include <QtTest/QtTest>
 
@@ -284,5 +285,5 @@ void JsonTest::AnObjectOfManyKeysIsReadInOrder()
     QCOMPARE(Written(value), strText);
 }
 
-QTEST_APPLESS_MAIN(JsonTest)
+KX_TEST(JsonTest, NoApplication)
 #include "JsonTest.moc"

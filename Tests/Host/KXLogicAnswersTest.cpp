@@ -4,6 +4,7 @@
 #include "KXLogic/KXLogic.h"
 #include "KXLogic/KXLogicFunctions.h"
 #include "ScratchDir.h"
+#include "TestMain.h"
 
 #include <QtCore/QMutex>
 #include <QtCore/QThread>
@@ -293,5 +294,5 @@ void KXLogicAnswersTest::StoresADownloadReport()
     QCOMPARE(reports.first().strRecordId, QStringLiteral("rec"));
 }
 
-QTEST_GUILESS_MAIN(KXLogicAnswersTest)
+KX_TEST(KXLogicAnswersTest, QCoreApplication)
 #include "KXLogicAnswersTest.moc"

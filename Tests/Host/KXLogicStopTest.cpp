@@ -2,6 +2,7 @@
 #include "KXLogic/KXLogic.h"
 #include "ScratchDir.h"
 #include "ScriptedServer.h"
+#include "TestMain.h"
 #include "TransferListener.h"
 
 #include <QtCore/QDir>
@@ -322,5 +323,5 @@ void KXLogicStopTest::RefusesMoreTransfersThanItHasThreads()
     QTRY_COMPARE_WITH_TIMEOUT(m_pServer->OpenConnections(), 0, WaitMs);
 }
 
-QTEST_GUILESS_MAIN(KXLogicStopTest)
+KX_TEST(KXLogicStopTest, QCoreApplication)
 #include "KXLogicStopTest.moc"

@@ -4,6 +4,7 @@
 #include "LogFile.h"
 #include "ScratchDir.h"
 #include "ScriptedServer.h"
+#include "TestMain.h"
 #include "TransferListener.h"
 
 #include <QtCore/QDir>
@@ -447,5 +448,5 @@ void KXLogicTransferTest::RefusesWhatItCannotServe()
     QCOMPARE(m_pListener->States(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(KXLogicTransferTest)
+KX_TEST(KXLogicTransferTest, QCoreApplication)
 #include "KXLogicTransferTest.moc"

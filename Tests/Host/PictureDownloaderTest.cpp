@@ -3,6 +3,7 @@
 #include "Host/ktl/LogSettings.h"
 #include "KXBase/IPictureDownloaderListener.h"
 #include "PictureServer.h"
+#include "TestMain.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QProcess>
@@ -458,7 +459,8 @@ void PictureDownloaderTest::TheFilesAreGoneWhenTheHostEnds()
     PictureServer server;
     server.ServePicture(QStringLiteral("/a"), "picture");
     QProcess child;
-    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--child"), server.Url(QStringLiteral("/a"))});
+    child.start(QCoreApplication::applicationFilePath(),
+                {QStringLiteral("PictureDownloaderTest"), QStringLiteral("--child"), server.Url(QStringLiteral("/a"))});
     QTRY_COMPARE_WITH_TIMEOUT(child.state(), QProcess::NotRunning, 30000);
     QCOMPARE(child.exitCode(), 0);
     const QString strPath = QString::fromLocal8Bit(child.readAllStandardOutput());
@@ -467,7 +469,7 @@ void PictureDownloaderTest::TheFilesAreGoneWhenTheHostEnds()
     QVERIFY(!QFile::exists(QFileInfo(strPath).path()));
 }
 
-int main(int argc, char** argv)
+KX_TEST_MAIN(PictureDownloaderTest)
 {
     PictureDownloaderTest test;
     test.m_bHadInstanceWithoutApplication = PictureDownloader::Instance() != nullptr;

@@ -1,5 +1,6 @@
 #include "LogFile.h"
 #include "ScratchDir.h"
+#include "TestMain.h"
 #include "ktl/TPrintLog.h"
 
 #include <QtCore/QDir>
@@ -40,7 +41,8 @@ QString Masked(const QByteArray& strText)
 QStringList ChildConsole(const QString& strFile, const QString& strLevel)
 {
     QProcess child;
-    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--child"), strFile, strLevel});
+    child.start(QCoreApplication::applicationFilePath(),
+                {QStringLiteral("PrintLogTest"), QStringLiteral("--child"), strFile, strLevel});
     if (!child.waitForFinished() || child.exitCode() != 0)
         return {QStringLiteral("the child failed")};
     const QString strText = QString::fromUtf8(child.readAllStandardError()).remove(QLatin1Char('\r'));
@@ -314,7 +316,7 @@ void PrintLogTest::AFileThatCannotBeOpenedIsSaidOnceAndTheConsoleGoesOn()
     QCOMPARE(TextOf(listLines.at(2)), QStringLiteral("a failure"));
 }
 
-int main(int argc, char** argv)
+KX_TEST_MAIN(PrintLogTest)
 {
     QCoreApplication application(argc, argv);
     const QStringList listArguments = QCoreApplication::arguments();

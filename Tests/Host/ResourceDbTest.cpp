@@ -1,6 +1,7 @@
 #include "Host/KXBase/ResourceDb.h"
 #include "LogFile.h"
 #include "ScratchDir.h"
+#include "TestMain.h"
 
 #include <QtSql/QSqlDatabase>
 #include <QtSql/QSqlError>
@@ -368,5 +369,5 @@ void ResourceDbTest::AnErrorTextIsNotAskedForByEveryone()
     QCOMPARE(m_pLog->Lines().size(), 1);
 }
 
-QTEST_GUILESS_MAIN(ResourceDbTest)
+KX_TEST(ResourceDbTest, QCoreApplication)
 #include "ResourceDbTest.moc"

@@ -1,4 +1,5 @@
 #include "ktl/TMutex.h"
+#include "TestMain.h"
 
 #include <QtTest/QtTest>
 
@@ -61,5 +62,5 @@ void TMutexTest::AUniqueLockMayUnlockEarly()
     QVERIFY(!lock.owns_lock());
 }
 
-QTEST_APPLESS_MAIN(TMutexTest)
+KX_TEST(TMutexTest, NoApplication)
 #include "TMutexTest.moc"

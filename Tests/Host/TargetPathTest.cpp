@@ -1,6 +1,7 @@
 // Paths that a recording cannot be written to, by the rules of two systems.
 
 #include "Host/KXLogic/TargetPath.h"
+#include "TestMain.h"
 
 #include <QtTest/QtTest>
 
@@ -59,5 +60,5 @@ void TargetPathTest::OtherSystemsTakeAnyName()
     QCOMPARE(KXHost::TargetProblem(QStringLiteral("/d/CON.mp4"), FileNames::Any), QString());
 }
 
-QTEST_GUILESS_MAIN(TargetPathTest)
+KX_TEST(TargetPathTest, QCoreApplication)
 #include "TargetPathTest.moc"

@@ -1,5 +1,6 @@
 #include "Model/CompareRecords.h"
 #include "Model/FilledRecords.h"
+#include "TestMain.h"
 
 #include <QtCore/QDataStream>
 #include <QtTest/QtTest>
@@ -277,5 +278,5 @@ void RecordStreamTest::HugeTextLengthIsReadWithoutTakingTheMemory()
     QCOMPARE(record.strRecordId, QString());
 }
 
-QTEST_GUILESS_MAIN(RecordStreamTest)
+KX_TEST(RecordStreamTest, QCoreApplication)
 #include "RecordStreamTest.moc"

@@ -1,5 +1,6 @@
 #include "Model/CompareRecords.h"
 #include "Model/FilledRecords.h"
+#include "TestMain.h"
 
 #include <QtCore/QDataStream>
 #include <QtTest/QtTest>
@@ -163,5 +164,5 @@ void RecordTest::StreamOperationsReturnTheirStream()
     }
 }
 
-QTEST_GUILESS_MAIN(RecordTest)
+KX_TEST(RecordTest, QCoreApplication)
 #include "RecordTest.moc"

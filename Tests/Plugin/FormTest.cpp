@@ -1,5 +1,6 @@
 // The panel's form as it is built from its .ui file, and the rules of the style sheet.
 
+#include "TestMain.h"
 #include "ui_DownloadWidget.h"
 
 #include <QtCore/QFile>
@@ -205,6 +206,6 @@ void FormTest::TheButtonPicturesHaveTwoPartsToColour()
     }
 }
 
-QTEST_MAIN(FormTest)
+KX_TEST(FormTest, QApplication)
 
 #include "FormTest.moc"

@@ -2,6 +2,7 @@
 // that were built long ago call by.
 
 #include "Plugin/IKXWidgetPluginInterface.h"
+#include "TestMain.h"
 
 #include <QtTest/QTest>
 
@@ -83,6 +84,6 @@ void InterfaceTest::OperationsStandInThisOrder()
 #endif
 }
 
-QTEST_APPLESS_MAIN(InterfaceTest)
+KX_TEST(InterfaceTest, NoApplication)
 
 #include "InterfaceTest.moc"

@@ -5,6 +5,7 @@
 #include "Plugin/ColorKeys.h"
 #include "Plugin/KXRecordManage.h"
 #include "Plugin/KXRecordManageGlobalData.h"
+#include "TestMain.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QMetaMethod>
@@ -449,6 +450,6 @@ void LanguageTest::TheDataObjectHasTwoSlotsAndNoSignals()
     QCOMPARE(methods, Texts({"Init(QString)", "UpdatePluginLanguage(QVariantList)"}));
 }
 
-QTEST_MAIN(LanguageTest)
+KX_TEST(LanguageTest, QApplication)
 
 #include "LanguageTest.moc"

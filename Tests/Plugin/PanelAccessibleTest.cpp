@@ -1,6 +1,7 @@
 // The list as assistive technology sees it: its rows, what they say, what can be done with them, and what is announced.
 
 #include "PanelRig.h"
+#include "TestMain.h"
 
 #include <QtCore/QMetaEnum>
 #include <QtGui/QAccessible>
@@ -407,6 +408,6 @@ void PanelAccessibleTest::NothingIsLeftOfAPanel()
     QVERIFY(QAccessible::queryAccessibleInterface(&another)->role() != QAccessible::List);
 }
 
-QTEST_MAIN(PanelAccessibleTest)
+KX_TEST(PanelAccessibleTest, QApplication)
 
 #include "PanelAccessibleTest.moc"

@@ -1,6 +1,7 @@
 // How the panel is built, shown, told of another language and taken down.
 
 #include "PanelRig.h"
+#include "TestMain.h"
 
 #include <QtCore/QMetaMethod>
 #include <QtCore/QMutex>
@@ -278,6 +279,6 @@ void PanelBuildTest::TheEnginesCopyRequestsAreRelayed()
     QCOMPARE(requests[0], QVariantList({rig.World().Path("none"), QStringLiteral("to"), QStringLiteral("id")}));
 }
 
-QTEST_MAIN(PanelBuildTest)
+KX_TEST(PanelBuildTest, QApplication)
 
 #include "PanelBuildTest.moc"

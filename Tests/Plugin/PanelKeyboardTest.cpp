@@ -2,6 +2,7 @@
 
 #include "ChangedRegion.h"
 #include "PanelRig.h"
+#include "TestMain.h"
 
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
@@ -439,6 +440,6 @@ void PanelKeyboardTest::TheLastRowMayGo()
     QCOMPARE(rig.Framed(), QStringLiteral("new"));
 }
 
-QTEST_MAIN(PanelKeyboardTest)
+KX_TEST(PanelKeyboardTest, QApplication)
 
 #include "PanelKeyboardTest.moc"

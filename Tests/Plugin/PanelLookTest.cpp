@@ -4,6 +4,7 @@
 #include "PaintedRegion.h"
 #include "PanelRig.h"
 #include "Plugin/KXRecordManage.h"
+#include "TestMain.h"
 
 #include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>
@@ -247,6 +248,6 @@ void PanelLookTest::RowsFollowALanguage()
     QTRY_VERIFY(painted.Contains(QRect(170, 142, 300, 22)));
 }
 
-QTEST_MAIN(PanelLookTest)
+KX_TEST(PanelLookTest, QApplication)
 
 #include "PanelLookTest.moc"

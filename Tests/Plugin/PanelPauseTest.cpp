@@ -1,6 +1,7 @@
 // Pausing and resuming, one row or all, and what happens to the files of what is still paused at the end.
 
 #include "PanelRig.h"
+#include "TestMain.h"
 
 class PanelPauseTest : public QObject
 {
@@ -274,6 +275,6 @@ void PanelPauseTest::WithoutPausedRowsNoFileGoes()
     QVERIFY(rig.World().HasFile("a.mp4"));
 }
 
-QTEST_MAIN(PanelPauseTest)
+KX_TEST(PanelPauseTest, QApplication)
 
 #include "PanelPauseTest.moc"

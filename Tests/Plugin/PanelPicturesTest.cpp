@@ -3,6 +3,7 @@
 #include "HostilePictures.h"
 #include "PaintedRegion.h"
 #include "PanelRig.h"
+#include "TestMain.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QThread>
@@ -313,6 +314,6 @@ void PanelPicturesTest::ThePanelMayGoWhileThumbnailsAreQueued()
     QVERIFY(bFinished);
 }
 
-QTEST_MAIN(PanelPicturesTest)
+KX_TEST(PanelPicturesTest, QApplication)
 
 #include "PanelPicturesTest.moc"

@@ -1,6 +1,7 @@
 // Presses that follow quickly one upon the other, when the row that was aimed at has gone meanwhile.
 
 #include "PanelRig.h"
+#include "TestMain.h"
 
 #include <QtGui/QMouseEvent>
 #include <QtWidgets/QApplication>
@@ -143,6 +144,6 @@ void PanelPressTest::PressesWithoutATimeAllCount()
     QCOMPARE(rig.Left(), QStringLiteral("c d"));
 }
 
-QTEST_MAIN(PanelPressTest)
+KX_TEST(PanelPressTest, QApplication)
 
 #include "PanelPressTest.moc"

@@ -2,6 +2,7 @@
 // counted behind the user's back.
 
 #include "PanelRig.h"
+#include "TestMain.h"
 
 #include <QtCore/QBuffer>
 
@@ -168,6 +169,6 @@ void PanelReentryTest::ThePictureOfAPausedRowGoesWithThePanel()
     QVERIFY(!IsThere(rig, "a.jpg"));
 }
 
-QTEST_MAIN(PanelReentryTest)
+KX_TEST(PanelReentryTest, QApplication)
 
 #include "PanelReentryTest.moc"

@@ -2,6 +2,7 @@
 
 #include "PaintedRegion.h"
 #include "PanelRig.h"
+#include "TestMain.h"
 
 #include <QtCore/QPointer>
 #include <QtTest/QSignalSpy>
@@ -294,6 +295,6 @@ void PanelRowsTest::DeletingTheLastRowShowsTheEmptyPage()
     QCOMPARE(rig.Counts(), QList<int>({0, 1, 0}));
 }
 
-QTEST_MAIN(PanelRowsTest)
+KX_TEST(PanelRowsTest, QApplication)
 
 #include "PanelRowsTest.moc"

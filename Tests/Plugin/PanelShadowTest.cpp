@@ -1,6 +1,7 @@
 // The panel's shadow against Qt's own: the same picture from both.
 
 #include "DownloadWidget/PanelShadow.h"
+#include "TestMain.h"
 
 #include <QtGui/QPainter>
 #include <QtTest/QTest>
@@ -167,6 +168,6 @@ void PanelShadowTest::APartOfItLooksTheSame()
     }
 }
 
-QTEST_MAIN(PanelShadowTest)
+KX_TEST(PanelShadowTest, QApplication)
 
 #include "PanelShadowTest.moc"

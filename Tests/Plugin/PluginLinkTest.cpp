@@ -1,6 +1,7 @@
 // A host that links the plug-in library's class instead of loading it: every member is found there.
 
 #include "Plugin/KXRecordManage.h"
+#include "TestMain.h"
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QWidget>
@@ -43,6 +44,6 @@ void PluginLinkTest::TheClassLivesLikeALoadedPlugin()
     QVERIFY(!plugin.CenterWidget(QString()));
 }
 
-QTEST_MAIN(PluginLinkTest)
+KX_TEST(PluginLinkTest, QApplication)
 
 #include "PluginLinkTest.moc"

@@ -7,6 +7,7 @@
 #include "Plugin/IKXWidgetPluginInterface.h"
 #include "ProcessUse.h"
 #include "ScratchDir.h"
+#include "TestMain.h"
 
 #include <QtCore/QCborMap>
 #include <QtCore/QCoreApplication>
@@ -396,6 +397,6 @@ void PluginTest::UnloadingTakesItsAccessibleObjectsAway()
     QVERIFY(QAccessible::queryAccessibleInterface(&another));
 }
 
-QTEST_MAIN(PluginTest)
+KX_TEST(PluginTest, QApplication)
 
 #include "PluginTest.moc"

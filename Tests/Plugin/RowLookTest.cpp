@@ -1,6 +1,7 @@
 // The plain functions behind a row's look, without a window.
 
 #include "DownloadWidget/RowLook.h"
+#include "TestMain.h"
 
 #include <QtTest/QTest>
 
@@ -91,6 +92,6 @@ void RowLookTest::OnlyADownloadingRowIsFilled()
     QCOMPARE(RowLook::FillWidth(state, 500, 1000), 0.0);
 }
 
-QTEST_APPLESS_MAIN(RowLookTest)
+KX_TEST(RowLookTest, NoApplication)
 
 #include "RowLookTest.moc"

@@ -2,6 +2,7 @@
 
 #include "Engine/EngineRig.h"
 #include "RowRig.h"
+#include "TestMain.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QJsonDocument>
@@ -350,6 +351,6 @@ void RowMouseTest::TheReportOfDeleteAndRetryComesBeforeTheSignal()
     QCOMPARE(reportsAtSignal, QList<int>({1, 2}));
 }
 
-QTEST_MAIN(RowMouseTest)
+KX_TEST(RowMouseTest, QApplication)
 
 #include "RowMouseTest.moc"

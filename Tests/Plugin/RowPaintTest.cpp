@@ -2,6 +2,7 @@
 
 #include "PaintedRegion.h"
 #include "RowRig.h"
+#include "TestMain.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QTranslator>
@@ -263,6 +264,6 @@ void RowPaintTest::TheSecondLayoutMovesTheButtonsBelow()
     QCOMPARE(buttons[1]->pos(), QPointF(220, 90));
 }
 
-QTEST_MAIN(RowPaintTest)
+KX_TEST(RowPaintTest, QApplication)
 
 #include "RowPaintTest.moc"

@@ -1,6 +1,7 @@
 // What a press finds: a row in any state, and a pointer with more than one button down.
 
 #include "RowRig.h"
+#include "TestMain.h"
 
 #include <QtGui/QMouseEvent>
 #include <QtTest/QSignalSpy>
@@ -64,6 +65,6 @@ void RowPressTest::TheReportTellsAllButtonsThatAreDown()
     QVERIFY2(reports[0].contains(QStringLiteral("\"QEventType=156&MouseButtons=3\"")), qPrintable(reports[0]));
 }
 
-QTEST_MAIN(RowPressTest)
+KX_TEST(RowPressTest, QApplication)
 
 #include "RowPressTest.moc"

@@ -3,6 +3,7 @@
 #include "HostilePictures.h"
 #include "PaintedRegion.h"
 #include "RowRig.h"
+#include "TestMain.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
@@ -354,6 +355,6 @@ void RowThumbnailTest::ARowMayGoWhileItsPictureIsRead()
     QTRY_VERIFY(rig.Painted().pixelColor(40, 20).red() > 250);
 }
 
-QTEST_MAIN(RowThumbnailTest)
+KX_TEST(RowThumbnailTest, QApplication)
 
 #include "RowThumbnailTest.moc"

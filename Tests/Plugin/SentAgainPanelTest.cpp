@@ -3,6 +3,7 @@
 
 #include "Engine/EngineCases.h"
 #include "PanelRig.h"
+#include "TestMain.h"
 
 using EngineCases::Once;
 
@@ -311,6 +312,6 @@ void SentAgainPanelTest::APictureUnderWayGoesWithItsRecording()
     QCOMPARE(Left(rig, {"a.jpg"}), Texts({}));
 }
 
-QTEST_MAIN(SentAgainPanelTest)
+KX_TEST(SentAgainPanelTest, QApplication)
 
 #include "SentAgainPanelTest.moc"

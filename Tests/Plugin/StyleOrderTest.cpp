@@ -4,6 +4,7 @@
 #include "FakeHost/FakeWorld.h"
 #include "Plugin/KXRecordManage.h"
 #include "Plugin/ScriptedStyle.h"
+#include "TestMain.h"
 
 #include <QtCore/QResource>
 #include <QtTest/QTest>
@@ -128,6 +129,6 @@ void StyleOrderTest::TheSheetIsReadAsUtf8AndAsText()
     QCOMPARE(ScriptedStyle::Current().texts.value(0), strExpected);
 }
 
-QTEST_MAIN(StyleOrderTest)
+KX_TEST(StyleOrderTest, QApplication)
 
 #include "StyleOrderTest.moc"

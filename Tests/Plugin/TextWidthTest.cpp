@@ -3,6 +3,7 @@
 #include "PanelRig.h"
 
 #include "Plugin/KXRecordManage.h"
+#include "TestMain.h"
 
 #include <QtCore/QDir>
 #include <QtGui/QFontDatabase>
@@ -141,6 +142,6 @@ void TextWidthTest::ARowHoldsItsStateText()
     plugin.Destory();
 }
 
-QTEST_MAIN(TextWidthTest)
+KX_TEST(TextWidthTest, QApplication)
 
 #include "TextWidthTest.moc"

@@ -4,6 +4,7 @@
 #include "PanelRig.h"
 
 #include "DownloadWidget/SaveDeviceRecordThumbWorker.h"
+#include "TestMain.h"
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QDir>
@@ -385,6 +386,6 @@ void ThumbWorkerTest::RequestsAreServedInOrderOffTheGuiThread()
     QCOMPARE(finished, Texts({"1", "2", "3"}));
 }
 
-QTEST_MAIN(ThumbWorkerTest)
+KX_TEST(ThumbWorkerTest, QApplication)
 
 #include "ThumbWorkerTest.moc"

@@ -1,5 +1,7 @@
 // The texts of every language: complete, with their number.
 
+#include "TestMain.h"
+
 #include <QtCore/QDir>
 #include <QtCore/QDirIterator>
 #include <QtCore/QRegularExpression>
@@ -148,6 +150,6 @@ void TranslationTest::TheCountKeepsItsNumber()
     }
 }
 
-QTEST_MAIN(TranslationTest)
+KX_TEST(TranslationTest, QApplication)
 
 #include "TranslationTest.moc"

@@ -2,6 +2,7 @@
 #include "Host/Crypto/RecordCipher.h"
 #include "Host/Site/SiteRecording.h"
 #include "ScratchDir.h"
+#include "TestMain.h"
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QtEndian>
@@ -186,5 +187,5 @@ void ByteSourceTest::HashOfAFileThatVanishedIsEmpty()
     QCOMPARE(HashOf(*pSource), QString());
 }
 
-QTEST_GUILESS_MAIN(ByteSourceTest)
+KX_TEST(ByteSourceTest, QCoreApplication)
 #include "ByteSourceTest.moc"

@@ -1,4 +1,5 @@
 #include "SiteClient.h"
+#include "TestMain.h"
 
 #include <QtNetwork/QTcpSocket>
 #include <QtTest/QtTest>
@@ -251,5 +252,5 @@ void SiteAccessTest::MalformedRequestIsAnswered()
     QCOMPARE(GetDeviceRecording(m_site).iStatus, 200);
 }
 
-QTEST_GUILESS_MAIN(SiteAccessTest)
+KX_TEST(SiteAccessTest, QCoreApplication)
 #include "SiteAccessTest.moc"

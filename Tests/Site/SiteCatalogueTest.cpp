@@ -4,6 +4,7 @@
 #include "Host/Crypto/PictureCipher.h"
 #include "Host/Crypto/RecordCipher.h"
 #include "Model/DownloadRecordFields.h"
+#include "TestMain.h"
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QDateTime>
@@ -319,5 +320,5 @@ void SiteCatalogueTest::FolderWithoutRecordingsIsAnError()
     QCOMPARE(site.Port(), 0);
 }
 
-QTEST_GUILESS_MAIN(SiteCatalogueTest)
+KX_TEST(SiteCatalogueTest, QCoreApplication)
 #include "SiteCatalogueTest.moc"

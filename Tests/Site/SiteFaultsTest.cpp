@@ -1,4 +1,5 @@
 #include "SiteClient.h"
+#include "TestMain.h"
 
 #include <QtNetwork/QTcpSocket>
 #include <QtTest/QtTest>
@@ -294,5 +295,5 @@ void SiteFaultsTest::HelpListsEveryFault()
         QVERIFY2(strHelp.contains(Latin(pName)), pName);
 }
 
-QTEST_GUILESS_MAIN(SiteFaultsTest)
+KX_TEST(SiteFaultsTest, QCoreApplication)
 #include "SiteFaultsTest.moc"

@@ -1,4 +1,5 @@
 #include "Host/Site/Site.h"
+#include "TestMain.h"
 
 #include <QtNetwork/QAuthenticator>
 #include <QtNetwork/QNetworkAccessManager>
@@ -128,5 +129,5 @@ void SiteOrdinaryClientTest::ConnectionsAreKept()
     }
 }
 
-QTEST_GUILESS_MAIN(SiteOrdinaryClientTest)
+KX_TEST(SiteOrdinaryClientTest, QCoreApplication)
 #include "SiteOrdinaryClientTest.moc"

@@ -1,4 +1,5 @@
 #include "SiteClient.h"
+#include "TestMain.h"
 
 #include <QtCore/QDir>
 #include <QtNetwork/QHostAddress>
@@ -212,5 +213,5 @@ void SiteStopTest::OnlyLoopbackIsListenedOn()
     QVERIFY(socket.waitForConnected(TimeLimitMs));
 }
 
-QTEST_GUILESS_MAIN(SiteStopTest)
+KX_TEST(SiteStopTest, QCoreApplication)
 #include "SiteStopTest.moc"

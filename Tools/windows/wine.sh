@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Runs a Windows program under Wine, in the Wine folder and on the display of Tools/windows/desktop.sh.
 #   Tools/windows/wine.sh WINE_FOLDER PROGRAM [ARGUMENT...]
-#   Tools/windows/wine.sh WINE_FOLDER --test PROGRAM    a Qt test, whose output is shown here: it writes none to a pipe
+#   Tools/windows/wine.sh WINE_FOLDER --test PROGRAM [ARGUMENT...]
+#       a Qt test, whose output is shown here: it writes none to a pipe
 # The folder of its temporary files, as Windows names it, may stand in KX_TEMP.
 set -euo pipefail
 
@@ -21,11 +22,11 @@ if [[ $1 != --test ]]; then
     exec "$wine" "$@"
 fi
 # Wine's services may outlive the program, and would keep a pipe of ours open.
-program=$2
+shift
 output=$(mktemp -d "$folder/test.XXXXXX")
 trap 'rm -rf "$output"' EXIT
 status=0
-"$wine" "$program" -o "Z:$output/report,txt" >"$output/said" 2>&1 </dev/null || status=$?
+"$wine" "$@" -o "Z:$output/report,txt" >"$output/said" 2>&1 </dev/null || status=$?
 cat "$output/said"
 tr -d '\r' <"$output/report"
 # Without totals it ended before its end, whatever it says.
