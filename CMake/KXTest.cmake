@@ -15,7 +15,9 @@
 # folder until CheckCanaries has looked through them.
 add_library(KXTestMain STATIC TestMain.cpp TestMain.h)
 target_include_directories(KXTestMain PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
+# More libraries than some tests need, so that one precompiled header serves them all.
 target_link_libraries(KXTestMain PUBLIC Qt5::Test Qt5::Widgets Qt5::Network PRIVATE KXWarnings)
+target_precompile_headers(KXTestMain PRIVATE ${KX_PRECOMPILED} <QtTest/QtTest>)
 # A test's own code is fast enough as it stands, and optimising it takes half the time of its compilation.
 if(NOT MSVC)
     target_compile_options(KXTestMain PUBLIC -O0)
@@ -36,6 +38,7 @@ function(kx_add_tests room)
     list(TRANSFORM ARG_CLASSES APPEND ".cpp" OUTPUT_VARIABLE files)
     add_executable(${room} ${files} ${ARG_SOURCES})
     target_link_libraries(${room} PRIVATE KXWarnings KXTestMain ${ARG_LIBRARIES})
+    target_precompile_headers(${room} REUSE_FROM KXTestMain)
     foreach(class ${ARG_CLASSES})
         kx_run_class(${room} ${class})
     endforeach()
