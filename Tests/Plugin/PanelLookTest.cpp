@@ -3,7 +3,7 @@
 #include "ChangedRegion.h"
 #include "PaintedRegion.h"
 #include "PanelRig.h"
-#include "Plugin/KXRecordManage.h"
+#include "PluginRig.h"
 #include "TestMain.h"
 
 #include <QtGui/QGuiApplication>
@@ -80,10 +80,8 @@ private slots:
 // A translucent window gets no background from Qt.
 void PanelLookTest::TheFrameIsPaintedByThePanelItself()
 {
-    FakeWorld world;
-    KXRecordManage plugin;
-    plugin.Init(QStringLiteral("{}"));
-    QWidget& panel = *plugin.CenterWidget(QString());
+    PluginRig rig;
+    QWidget& panel = *rig.Panel();
     QVERIFY(panel.windowFlags().testFlag(Qt::FramelessWindowHint));
     QImage image(panel.size(), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
@@ -94,7 +92,6 @@ void PanelLookTest::TheFrameIsPaintedByThePanelItself()
     for (const QPoint& inside : {QPoint(315, 1), QPoint(5, 282), QPoint(624, 282), QPoint(315, 558)})
         QCOMPARE(image.pixel(inside), QRgb(0xFFFFFFFF));
     QVERIFY(qAlpha(image.pixel(0, 0)) < 128); // a round corner
-    plugin.Destory();
 }
 
 void PanelLookTest::TheEmptyPictureIsSharpOnEachScreen()

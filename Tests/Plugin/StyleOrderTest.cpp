@@ -1,25 +1,11 @@
 // What the plug-in gives the host to rewrite, and what it does with the answer: with a colour table and a rewriting of
 // the test's own.
 
-#include "FakeHost/FakeWorld.h"
-#include "Plugin/KXRecordManage.h"
 #include "Plugin/ScriptedStyle.h"
+#include "PluginRig.h"
 #include "TestMain.h"
 
 #include <QtCore/QResource>
-#include <QtTest/QTest>
-#include <QtWidgets/QWidget>
-
-// Outside any namespace, as the macros want it.
-static void TakeResourcesAway()
-{
-    Q_CLEANUP_RESOURCE(KXRecordManage);
-}
-
-static void BringResourcesBack()
-{
-    Q_INIT_RESOURCE(KXRecordManage);
-}
 
 class StyleOrderTest : public QObject
 {
@@ -51,10 +37,9 @@ void StyleOrderTest::init()
 
 QString StyleOrderTest::Given()
 {
-    FakeWorld world;
-    KXRecordManage plugin;
-    plugin.Init(QStringLiteral("{}"));
-    plugin.Destory();
+    {
+        const PluginRig rig;
+    }
     return ScriptedStyle::Current().texts.value(0).simplified();
 }
 
@@ -90,31 +75,25 @@ void StyleOrderTest::AValueThatHoldsALaterKeyIsReplacedAgain()
 
 void StyleOrderTest::ThePanelWearsWhatTheHostMadeOfIt()
 {
-    FakeWorld world;
-    KXRecordManage plugin;
     ScriptedStyle::Current().strRewritten = QStringLiteral("QLabel { color: #123456 }");
-    plugin.Init(QStringLiteral("{}"));
-    QCOMPARE(plugin.CenterWidget(QString())->styleSheet(), QStringLiteral("QLabel { color: #123456 }"));
-    plugin.Destory();
+    PluginRig rig;
+    QCOMPARE(rig.Panel()->styleSheet(), QStringLiteral("QLabel { color: #123456 }"));
 }
 
 void StyleOrderTest::TheHostIsAskedOncePerLife()
 {
-    FakeWorld world;
-    KXRecordManage plugin;
-    plugin.Init(QStringLiteral("no json"));
+    PluginRig rig(QStringLiteral("no json"));
     QCOMPARE(ScriptedStyle::Current().texts.size(), 0);
-    plugin.Init(QStringLiteral("{}"));
+    rig.Init();
     QCOMPARE(ScriptedStyle::Current().texts.size(), 1);
-    plugin.Init(QStringLiteral("{}"));
-    world.Bus().Send("EventNotifyConfigPluginUpdateLanguage", {QStringLiteral("ru")});
-    plugin.Start();
-    plugin.Stop();
+    rig.Init();
+    rig.SendLanguage("ru");
+    rig.Plugin().Start();
+    rig.Plugin().Stop();
     QCOMPARE(ScriptedStyle::Current().texts.size(), 1);
-    plugin.Destory();
-    plugin.Init(QStringLiteral("{}"));
+    rig.Plugin().Destory();
+    rig.Init();
     QCOMPARE(ScriptedStyle::Current().texts.size(), 2);
-    plugin.Destory();
 }
 
 // Its line ends are those of Windows.

@@ -1,8 +1,7 @@
 // Every language in the places that do not grow: the empty page, the head of the list and the rows.
 
 #include "PanelRig.h"
-
-#include "Plugin/KXRecordManage.h"
+#include "PluginRig.h"
 #include "TestMain.h"
 
 #include <QtCore/QDir>
@@ -89,27 +88,22 @@ void TextWidthTest::EveryLanguage()
 void TextWidthTest::TheEmptyPageHoldsItsText()
 {
     QFETCH(QString, code);
-    FakeWorld world;
-    KXRecordManage plugin;
-    plugin.Init(QStringLiteral("{\"strLanguage\":\"%1\"}").arg(code));
-    auto* pLabel = plugin.CenterWidget(QString())->findChild<QLabel*>(QStringLiteral("labelText"));
+    PluginRig rig(PluginRig::In(code));
+    auto* pLabel = rig.Panel()->findChild<QLabel*>(QStringLiteral("labelText"));
     pLabel->ensurePolished(); // the style sheet decides the font
     QCOMPARE(pLabel->font().pixelSize(), 14);
     QVERIFY(!pLabel->text().contains(QLatin1Char('_'))); // translated
     const int iWidth = WidthOf(pLabel->font(), pLabel->text());
     QVERIFY2(iWidth <= 112, qPrintable(QStringLiteral("%1: %2 pixels").arg(pLabel->text()).arg(iWidth)));
     QVERIFY(QFontMetrics(InTestedFamily(pLabel->font())).height() <= 20);
-    plugin.Destory();
 }
 
 // The count at the left, both buttons at the right, 20 pixels beside each, between margins of 30.
 void TextWidthTest::TheHeadOfTheListHoldsItsTexts()
 {
     QFETCH(QString, code);
-    FakeWorld world;
-    KXRecordManage plugin;
-    plugin.Init(QStringLiteral("{\"strLanguage\":\"%1\"}").arg(code));
-    QWidget* pPanel = plugin.CenterWidget(QString());
+    PluginRig rig(PluginRig::In(code));
+    QWidget* pPanel = rig.Panel();
     pPanel->show();
     const auto widthOf = [pPanel](const char* pszWidget, const QString& strText) {
         const auto* pWidget = pPanel->findChild<QWidget*>(QString::fromUtf8(pszWidget));
@@ -123,23 +117,19 @@ void TextWidthTest::TheHeadOfTheListHoldsItsTexts()
                               widthOf("btnAllStart", DownloadWidget::tr("pc_download_video_resume_all")));
     QVERIFY2(iCount + iSettings + iAll <= 610 - 2 * 30 - 3 * 20,
              qPrintable(QStringLiteral("%1 + %2 + %3 pixels").arg(iCount).arg(iSettings).arg(iAll)));
-    plugin.Destory();
 }
 
 // As wide as the progress bar above it.
 void TextWidthTest::ARowHoldsItsStateText()
 {
     QFETCH(QString, code);
-    FakeWorld world;
-    KXRecordManage plugin;
-    plugin.Init(QStringLiteral("{\"strLanguage\":\"%1\"}").arg(code));
-    const auto* pView = plugin.CenterWidget(QString())->findChild<GraphicsGridView*>();
+    PluginRig rig(PluginRig::In(code));
+    const auto* pView = rig.Panel()->findChild<GraphicsGridView*>();
     for (const char* pszKey : {"mobile_common_download_manager_wait_download",
                                "mobile_common_download_manager_download_failure", "panel_pause"}) {
         const int iWidth = WidthOf(pView->font(), DownloadItem::tr(pszKey));
         QVERIFY2(iWidth <= 300, qPrintable(QStringLiteral("%1: %2 pixels").arg(QLatin1String(pszKey)).arg(iWidth)));
     }
-    plugin.Destory();
 }
 
 KX_TEST(TextWidthTest, QApplication)
