@@ -6,7 +6,6 @@
 
 #include <QtCore/QPointer>
 #include <QtTest/QSignalSpy>
-#include <QtWidgets/QGraphicsScene>
 
 class PanelRowsTest : public QObject
 {
@@ -26,7 +25,6 @@ private slots:
     void StatesAreLogged();
     void AFinishedRowLeaves();
     void FinishingTheUnknownIsLogged();
-    void ScrollingRepaintsTheRowsWithPictures();
     void PressingDeleteEndsRowAndDownload();
     void DeletingTheUnknownIsLogged();
     void DeletingTheLastRowShowsTheEmptyPage();
@@ -224,27 +222,6 @@ void PanelRowsTest::FinishingTheUnknownIsLogged()
     QCOMPARE(PanelLog(rig.World()), Texts({"272 DownloadWidget::FinishDownloadRecord [] 2 FinishDownloadRecord: item "
                                            "not found for strRecordId[none]"}));
     QCOMPARE(rig.Counts(), QList<int>({0, 1}));
-}
-
-void PanelRowsTest::ScrollingRepaintsTheRowsWithPictures()
-{
-    PanelRig rig;
-    rig.Send({"a", "b", "c"});
-    rig.Show();
-    rig.Record("b").strPicturePath = QStringLiteral("/none.jpg");
-    EngineRig::Settle();
-    QRectF repainted;
-    int iSignals = 0;
-    connect(rig.View().scene(), &QGraphicsScene::changed, this, [&](const QList<QRectF>& region) {
-        ++iSignals;
-        for (const QRectF& rect : region)
-            repainted |= rect;
-    });
-    rig.Panel().OnScrollValueChanged(1234);
-    QTRY_VERIFY(iSignals > 0);
-    QVERIFY(repainted.contains(QRectF(1, 89, 608, 86)));     // b
-    QVERIFY(!repainted.intersects(QRectF(0, 0, 610, 80)));   // a
-    QVERIFY(!repainted.intersects(QRectF(0, 184, 610, 80))); // c
 }
 
 void PanelRowsTest::PressingDeleteEndsRowAndDownload()
