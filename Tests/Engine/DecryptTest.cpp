@@ -58,6 +58,7 @@ private slots:
     void AllJobsRunOnOneThreadOneAfterTheOther();
     void TheThreadTakesOverThePriorityOfItsStarter();
     void AnIdleThreadWakesForAJob();
+    void AJobThatComesBeforeTheThreadSleepsIsNotMissed();
     void StopLetsTheRunningJobEndAndDropsTheOthers();
     void StopGivesUpThePicture();
     void StopAndStartMayBeRepeated();
@@ -379,6 +380,23 @@ void DecryptTest::AnIdleThreadWakesForAJob()
             std::this_thread::yield();
     }
     QCOMPARE(rig.Finished().size(), 500);
+}
+
+// The job comes when the thread has found none and does not sleep yet. A hundred missed ones would take minutes.
+void DecryptTest::AJobThatComesBeforeTheThreadSleepsIsNotMissed()
+{
+    Rig rig;
+    std::atomic<int> iFinished{0};
+    int iQueued = 0; // on the decrypter's thread
+    rig.World().Calls().WhenAdded("Finished", [&iFinished] { ++iFinished; });
+    rig.World().WhenUnlocked([&] {
+        if (QThread::currentThread() != &rig.Decrypt() || iQueued != iFinished || iQueued == 100)
+            return;
+        ++iQueued;
+        rig.Enqueue("url");
+    });
+    rig.Decrypt().Start();
+    QTRY_COMPARE_WITH_TIMEOUT(iFinished.load(), 100, 60000);
 }
 
 // The host's call ends only when the thread has been told to stop: an event loop of the thread ends by that.

@@ -52,6 +52,8 @@ void ktl::TMutex::lock()
 void ktl::TMutex::unlock()
 {
     static_cast<std::mutex*>(m_pNative)->unlock();
+    if (FakeWorld* const pWorld = FakeWorld::Current())
+        pWorld->Unlocked();
 }
 
 void GKXObserver::attach(const char* pszEvent, const QObject* pReceiver, const char* pszSlot)

@@ -57,6 +57,9 @@ public:
     void TakeDatabaseAway() { m_bDatabase = false; }
     // What AesDecryptDeviceUserInfo gives; by default "canary-" and the text it was given.
     void SetClearDevicePassword(const char* pszPassword) { m_strClearPassword = pszPassword; }
+    // Runs `hook` each time one of the host's mutexes was unlocked, on the thread that did it. To be said before there
+    // are such threads.
+    void WhenUnlocked(CallList::Hook hook) { m_whenUnlocked = std::move(hook); }
 
     // Runs `job` on that many threads at once, with their numbers from 0, and waits for all of them.
     static void OnThreads(int iThreads, const std::function<void(int)>& job);
@@ -75,6 +78,11 @@ public:
     PictureDownloader* PicturesOrNull() { return m_bPictures ? &m_pictures : nullptr; }
     LocalResourceDbInterface* DatabaseOrNull() { return m_bDatabase ? &m_database : nullptr; }
     std::string ClearDevicePassword(const std::string& strDeviceId, const std::string& strPassword);
+    void Unlocked() const
+    {
+        if (m_whenUnlocked)
+            m_whenUnlocked();
+    }
 
 private:
     QTemporaryDir m_folder;
@@ -87,6 +95,7 @@ private:
     bool m_bPictures = true;
     bool m_bDatabase = true;
     std::optional<std::string> m_strClearPassword;
+    CallList::Hook m_whenUnlocked;
     QByteArray m_timeZone;
     HostThread m_transferThread;
     HostThread m_logicThread;
