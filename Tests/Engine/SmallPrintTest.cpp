@@ -121,14 +121,15 @@ void SmallPrintTest::AFolderThatCannotBeMadeIsLoggedOnceForACoveredTask()
              Texts({"6 RecordDownloadModule::EnsureDownloadPathExists Failed to create download directory: ~/file"}));
 }
 
-// The result of a later request of the same task is its own.
+// The result of a later request of the same recording is its own. The failed task still holds its path.
 void SmallPrintTest::ARequestOfAnUnreadablePictureIsForgotten()
 {
     EngineRig rig;
     CoverPictures::SendHeld(rig);
     rig.World().Pictures().Answer("cover", 0, rig.World().Path("missing.enc"));
     QTRY_COMPARE(rig.Calls().Count("StartCloudRecordDownload 1"), 1);
-    rig.Engine().DeleteRecordDownload(0, QStringLiteral("1"), rig.Task("1")->strDownloadPath);
+    const DownloadRecordInfoPtr pFailed = rig.Task("1");
+    rig.RaiseState(Source::Cloud, "1", 0);
     auto record = CoverPictures::RecordWithCover(rig, "1");
     record.strCloudText4 = QStringLiteral("canary-later-key");
     rig.SendOne(record);
@@ -136,7 +137,8 @@ void SmallPrintTest::ARequestOfAnUnreadablePictureIsForgotten()
     QCOMPARE(rig.Calls().Count("DecryptPicture"), 1);
     QVERIFY(rig.Calls().Lines("DecryptPicture").value(0).contains(QLatin1String(" key=canary-later-key ")));
     QCOMPARE(rig.Calls().Count("SignalAddDownloadInfo 1"), 1);
-    QCOMPARE(rig.Task("1")->strPicturePath, rig.World().Path("1.jpg"));
+    QCOMPARE(rig.Task("1")->strPicturePath, rig.World().Path("1(1).jpg"));
+    QCOMPARE(pFailed->strPicturePath, QString());
 }
 
 void SmallPrintTest::TheHostGetsThePathThatWasChecked()
