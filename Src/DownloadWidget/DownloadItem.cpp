@@ -142,7 +142,8 @@ void DownloadItem::paint(QPainter* pPainter, const QStyleOptionGraphicsItem*, QW
     if (!m_pRecord)
         return;
     const QString strPicture = m_bAwaitsPicture ? QString() : m_pRecord->strPicturePath;
-    pPainter->drawImage(ThumbnailRect, ThumbnailCache::Shared()->Thumbnail(strPicture, *this));
+    const qreal dRatio = pPainter->device()->devicePixelRatioF();
+    pPainter->drawImage(ThumbnailRect, ThumbnailCache::Shared()->Thumbnail(strPicture, *this, dRatio));
     pPainter->setPen(Color("pc004"));
     pPainter->drawText(NameBaseline, NameText::Shown(m_pRecord->strFileName));
     PaintProgress(*pPainter);

@@ -2,6 +2,7 @@
 
 #include "DownloadWidget/DownloadItem.h"
 #include "DownloadWidget/PanelLog.h"
+#include "DownloadWidget/SharpPicture.h"
 #include "Module/SafePicture.h"
 
 #include <QtCore/QFileInfo>
@@ -15,7 +16,8 @@ constexpr qreal CornerRadius = 4;
 
 QImage Rounded(const QImage& picture)
 {
-    QImage canvas(ThumbnailSize, QImage::Format_ARGB32_Premultiplied);
+    QImage canvas(ThumbnailSize * picture.devicePixelRatioF(), QImage::Format_ARGB32_Premultiplied);
+    canvas.setDevicePixelRatio(picture.devicePixelRatioF());
     canvas.fill(Qt::transparent);
     QPainter painter(&canvas);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -55,11 +57,18 @@ ThumbnailCache::~ThumbnailCache()
     m_thread.wait();
 }
 
-QImage ThumbnailCache::Thumbnail(const QString& strPath, DownloadItem& row)
+QImage ThumbnailCache::Thumbnail(const QString& strPath, DownloadItem& row, qreal dRatio)
+{
+    const QImage picture = Picture(strPath, row);
+    return picture.isNull() ? DefaultThumbnail(dRatio) : picture;
+}
+
+// Null for the default picture.
+QImage ThumbnailCache::Picture(const QString& strPath, DownloadItem& row)
 {
     const QFileInfo file(strPath);
     if (strPath.isEmpty() || !file.isFile()) // to open a pipe would wait for its writer
-        return DefaultThumbnail();
+        return QImage();
     const State state{file.size(), file.lastModified()};
     const Entry* pKnown = m_entries.object(strPath);
     if (pKnown && pKnown->state.lSize == state.lSize && pKnown->state.modified == state.modified)
@@ -68,7 +77,7 @@ QImage ThumbnailCache::Thumbnail(const QString& strPath, DownloadItem& row)
     if (waiting != m_waiting.end()) {
         if (!waiting->contains(&row))
             waiting->append(&row);
-        return DefaultThumbnail();
+        return QImage();
     }
     bool bLater = state.lSize > SafePicture::MaxCheapFileBytes;
     const QImage picture = bLater ? QImage() : ReadAtOnce(strPath, bLater);
@@ -76,7 +85,7 @@ QImage ThumbnailCache::Thumbnail(const QString& strPath, DownloadItem& row)
         return Keep(strPath, state, picture);
     m_waiting.insert(strPath, {&row});
     ReadLater(strPath, state);
-    return DefaultThumbnail();
+    return QImage();
 }
 
 // `bLater` becomes true when the picture must be left to the thread.
@@ -121,14 +130,14 @@ QImage ThumbnailCache::Keep(const QString& strPath, const State& state, const QI
 {
     if (picture.isNull())
         KX_PANEL_LOG(52, PanelLogFailure, "DownloadItem::paint", "no picture[%s]", strPath.toUtf8().constData());
-    const QImage thumbnail = picture.isNull() ? DefaultThumbnail() : Rounded(picture);
+    const QImage thumbnail = picture.isNull() ? picture : Rounded(picture);
     m_entries.insert(strPath, new Entry{state, thumbnail});
     return thumbnail;
 }
 
-const QImage& ThumbnailCache::DefaultThumbnail()
+const QImage& ThumbnailCache::DefaultThumbnail(qreal dRatio)
 {
-    if (m_default.isNull())
-        m_default = Rounded(QImage(QStringLiteral(":/KXRecordManage/images/pic_default.svg")));
+    if (m_default.isNull() || m_default.devicePixelRatioF() != dRatio)
+        m_default = Rounded(SharpPicture(QStringLiteral(":/KXRecordManage/images/pic_default.svg"), dRatio));
     return m_default;
 }

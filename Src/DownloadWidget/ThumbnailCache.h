@@ -30,8 +30,8 @@ public:
     ~ThumbnailCache() override;
 
     // The picture of that file, or the default picture when there is no file, it is no picture, or it is not ready:
-    // then `row` is repainted when it is.
-    QImage Thumbnail(const QString& strPath, DownloadItem& row);
+    // then `row` is repainted when it is. The default picture has the pixels of a screen of that ratio.
+    QImage Thumbnail(const QString& strPath, DownloadItem& row, qreal dRatio);
 
 private:
     struct State
@@ -42,14 +42,15 @@ private:
     struct Entry
     {
         State state;
-        QImage image;
+        QImage image; // null: it is no picture
     };
 
+    QImage Picture(const QString& strPath, DownloadItem& row);
     static QImage ReadAtOnce(const QString& strPath, bool& bLater);
     void ReadLater(const QString& strPath, const State& state);
     void OnRead(const QString& strPath, const State& state, const QImage& picture);
     QImage Keep(const QString& strPath, const State& state, const QImage& picture);
-    const QImage& DefaultThumbnail();
+    const QImage& DefaultThumbnail(qreal dRatio);
 
     QCache<QString, Entry> m_entries{256}; // thumbnails; each takes 32 kB
     QImage m_default;

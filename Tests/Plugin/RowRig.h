@@ -50,9 +50,10 @@ public:
     QWidget* Viewport() { return m_view.viewport(); }
 
     // The row as it is painted, its buttons included, on white.
-    QImage Painted()
+    QImage Painted(qreal dRatio = 1)
     {
-        QImage image(610, 88, QImage::Format_RGB32);
+        QImage image(QSize(610, 88) * dRatio, QImage::Format_RGB32);
+        image.setDevicePixelRatio(dRatio);
         image.fill(Qt::white);
         QPainter painter(&image);
         m_scene.render(&painter, QRectF(0, 0, 610, 88), QRectF(0, 0, 610, 88));

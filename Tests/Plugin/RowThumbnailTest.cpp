@@ -44,6 +44,7 @@ private slots:
     void AThumbnailShowsItsTopLeftUnscaledWithRoundCorners();
     void ASmallThumbnailIsNotScaledUp();
     void AMissingThumbnailGivesTheDefaultPicture();
+    void TheDefaultPictureIsSharpOnEachScreen();
     void AThumbnailThatIsNoPictureGivesTheDefaultPicture();
     void AThumbnailThatAppearsOrChangesIsShownAtTheNextPaint();
     void WhatIsNoFileGivesTheDefaultPicture_data();
@@ -130,6 +131,28 @@ void RowThumbnailTest::AMissingThumbnailGivesTheDefaultPicture()
         const QImage image = rig.Painted();
         for (const QPoint& pos : {QPoint(60, 10), QPoint(60, 34), QPoint(10, 60)})
             QCOMPARE(image.pixelColor(pos + QPoint(30, 10)), expected.pixelColor(pos));
+    }
+}
+
+// Not the small picture with larger pixels, also after a screen of another ratio.
+void RowThumbnailTest::TheDefaultPictureIsSharpOnEachScreen()
+{
+    RowRig rig;
+    const QImage plain = rig.Painted().copy(30, 10, 120, 68);
+    const struct
+    {
+        qreal dRatio;
+        QRect thumbnail;
+    } screens[] = {{1.5, {45, 15, 180, 102}}, {2, {60, 20, 240, 136}}, {1, {30, 10, 120, 68}}};
+    for (const auto& screen : screens) {
+        QImage shown = rig.Painted(screen.dRatio).copy(screen.thumbnail);
+        shown.setDevicePixelRatio(1);
+        for (const auto mode : {Qt::FastTransformation, Qt::SmoothTransformation}) {
+            const bool bEnlarged = shown == plain.scaled(shown.size(), Qt::IgnoreAspectRatio, mode);
+            QCOMPARE(bEnlarged, screen.dRatio == 1);
+        }
+        // Between the triangle and the edge of the disc around it.
+        QCOMPARE(shown.pixelColor(shown.width() * 46 / 120, shown.height() / 2), plain.pixelColor(46, 34));
     }
 }
 
