@@ -67,14 +67,13 @@ void ReceiveList(benchmark::State& state)
     }
 }
 
-BENCHMARK(BareLoop)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
-BENCHMARK(ReceiveList)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BareLoop)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(ReceiveList)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
 int main(int argc, char** argv)
 {
     const QCoreApplication app(argc, argv);
-    return RunRatios(argc, argv,
-                     {{"ReceiveList/100000", "BareLoop/100000", 2.5}, {"ReceiveList/100000", "ReceiveList/10000", 11}});
+    return RunRatios(argc, argv, {{"ReceiveList/100000", "BareLoop/100000", 2.5}});
 }

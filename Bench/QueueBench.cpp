@@ -1,87 +1,99 @@
-// A queue of 100,000 tasks against one of 100: finding, removing and popping.
+// 100,000 waiting tasks against 100: finding one, pausing and resuming one, and starting the next.
 
 #include "RatioMain.h"
 
-#include "Module/RecordQueue.h"
+#include "Engine/EngineRig.h"
+
+#include <QtCore/QCoreApplication>
 
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
-#include <vector>
+#include <cstddef>
 
 using namespace KXDownLoadList;
 
 namespace {
 
-constexpr int IdSize = 24;
-
-// A queue of that many tasks, and their ids as the host gives them: narrow texts. Tasks are met in their order, as a
-// list arrives, is paused, resumed or worked off.
-struct Filled
+// An engine with that many device tasks, of which the first two run. They are met in their order, as a list is paused,
+// resumed or worked off.
+class Filled
 {
+public:
     explicit Filled(int iCount)
-        : ids(static_cast<std::size_t>(iCount) * IdSize)
     {
+        rig.Engine().disconnect(); // the rig's own recorders
+        QList<DownloadRecordInfoPtr> list;
         for (int i = 0; i < iCount; ++i) {
-            std::snprintf(IdOf(i), IdSize, "device-%d", i);
-            const auto pTask = std::make_shared<DownloadDeviceRecordInfo>();
-            pTask->strRecordId = QString::fromUtf8(IdOf(i));
-            queue.Append(pTask);
+            const QByteArray id = "device-" + QByteArray::number(i);
+            list.append(std::make_shared<DownloadDeviceRecordInfo>(rig.Device(id.constData())));
         }
-    }
-    char* IdOf(int i) { return ids.data() + static_cast<std::size_t>(i) * IdSize; }
-    QString NextId()
-    {
-        m_iNext = m_iNext + 1 < queue.Count() ? m_iNext + 1 : 0;
-        return QString::fromUtf8(IdOf(m_iNext));
+        rig.Engine().StartRecordDownloads(list);
+        m_tasks = list.toVector();
+        Forget();
     }
 
-    std::vector<char> ids;
-    RecordQueue queue;
+    DownloadRecordInfoPtr Next()
+    {
+        m_iNext = m_iNext + 1 < m_tasks.size() ? m_iNext + 1 : 0;
+        return m_tasks.at(m_iNext);
+    }
+    // Away with what the fake host remembers.
+    void Forget()
+    {
+        rig.Calls().Clear();
+        rig.World().Log().Clear();
+        rig.World().Bus().Clear();
+    }
+
+    EngineRig rig;
 
 private:
-    int m_iNext = 0;
+    QVector<DownloadRecordInfoPtr> m_tasks;
+    int m_iNext = -1;
 };
 
 void Find(benchmark::State& state)
 {
     Filled filled(static_cast<int>(state.range(0)));
     for (auto _ : state)
-        benchmark::DoNotOptimize(filled.queue.Find(filled.NextId()));
+        benchmark::DoNotOptimize(filled.rig.Engine().StateOf(filled.Next()));
 }
 
-// Taken out and put back at the end, so that the queue keeps its length.
-void RemoveAndAppend(benchmark::State& state)
+// Out of its place and to the end. The two that run have their turn after all others, and are stopped.
+void PauseAndResume(benchmark::State& state)
 {
     Filled filled(static_cast<int>(state.range(0)));
     for (auto _ : state) {
-        const QString strId = filled.NextId();
-        const DownloadRecordInfoPtr pTask = filled.queue.Find(strId);
-        filled.queue.Remove(strId);
-        filled.queue.Append(pTask);
+        const QList<DownloadRecordInfoPtr> list{filled.Next()};
+        filled.rig.Engine().PauseRecordDownloads(list);
+        filled.rig.Engine().StartRecordDownloads(list);
+        filled.Forget();
     }
 }
 
-void PopAndAppend(benchmark::State& state)
+// A running one fails, the next starts, and the failed one is tried again at the end.
+void StartNext(benchmark::State& state)
 {
     Filled filled(static_cast<int>(state.range(0)));
     for (auto _ : state) {
-        const DownloadRecordInfoPtr pTask = filled.queue.First();
-        filled.queue.RemoveTask(pTask);
-        filled.queue.Append(pTask);
+        const DownloadRecordInfoPtr pTask = filled.Next();
+        filled.rig.RaiseState(Source::Device, qPrintable(pTask->strRecordId), 0);
+        filled.rig.Engine().StartRecordDownloads({pTask});
+        filled.Forget();
     }
 }
 
 BENCHMARK(Find)->Arg(100)->Arg(100000);
-BENCHMARK(RemoveAndAppend)->Arg(100)->Arg(100000);
-BENCHMARK(PopAndAppend)->Arg(100)->Arg(100000);
+BENCHMARK(PauseAndResume)->Arg(100)->Arg(100000);
+BENCHMARK(StartNext)->Arg(100)->Arg(100000);
 
 } // namespace
 
 int main(int argc, char** argv)
 {
+    const QCoreApplication app(argc, argv);
     return RunRatios(argc, argv,
-                     {{"Find/100000", "Find/100", 2},
-                      {"RemoveAndAppend/100000", "RemoveAndAppend/100", 2},
-                      {"PopAndAppend/100000", "PopAndAppend/100", 2}});
+                     {{"Find/100000", "Find/100", 4},
+                      {"PauseAndResume/100000", "PauseAndResume/100", 4},
+                      {"StartNext/100000", "StartNext/100", 4}});
 }

@@ -1,5 +1,7 @@
 #include "RatioMain.h"
 
+#include <QtCore/QString>
+
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -73,4 +75,10 @@ int RunRatios(int iArgc, char** ppszArgv, const std::vector<Ratio>& ratios)
     for (const Ratio& ratio : ratios)
         iStatus = std::max(iStatus, Judge(ratio, reporter));
     return iStatus;
+}
+
+void KeepQtQuiet(QtMsgType type, const QMessageLogContext&, const QString& strText)
+{
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(strText));
 }

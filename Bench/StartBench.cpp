@@ -1,5 +1,5 @@
-// From Init to the first paint, and one more paint of the shown panel, each against an empty dialog with an empty
-// graphics view; and how often the idle panel wakes the processor. The shipped library, as a host loads it.
+// From Init to the first paint, and one more paint of the shown panel: as it is, and with Qt's own drop shadow in the
+// place of its own. The shipped library, as a host loads it.
 
 #include "RatioMain.h"
 
@@ -7,32 +7,23 @@
 #include "KXLogic/KXLogic.h"
 #include "Plugin/IKXWidgetPluginInterface.h"
 
-#include <QtCore/QDir>
-#include <QtCore/QFile>
 #include <QtCore/QPluginLoader>
-#include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QDialog>
 #include <QtWidgets/QGraphicsDropShadowEffect>
-#include <QtWidgets/QGraphicsView>
-#include <QtWidgets/QVBoxLayout>
+#include <QtWidgets/QWidget>
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <cstdio>
 
 namespace {
 
-constexpr double WakeUpsPerSecond = 2;
-constexpr int IdleSeconds = 5;
-
 class PaintWatch : public QObject
 {
 public:
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override
+    bool eventFilter(QObject*, QEvent* pEvent) override
     {
-        bPainted |= pEvent->type() == QEvent::Paint && pObject->isWidgetType();
+        bPainted |= pEvent->type() == QEvent::Paint;
         return false;
     }
     bool bPainted = false;
@@ -47,180 +38,77 @@ void TurnUntilPainted(QWidget& widget)
     widget.removeEventFilter(&watch);
 }
 
-void Finish()
+void UseQtsShadow(QWidget& panel)
 {
+    const auto& own = *qobject_cast<QGraphicsDropShadowEffect*>(panel.graphicsEffect());
+    auto* pShadow = new QGraphicsDropShadowEffect(&panel);
+    pShadow->setBlurRadius(own.blurRadius());
+    pShadow->setColor(own.color());
+    pShadow->setOffset(own.offset());
+    panel.setGraphicsEffect(pShadow);
+}
+
+IKXWidgetPluginInterface& Plugin()
+{
+    static QPluginLoader s_loader(QStringLiteral(KX_PLUGIN_FILE));
+    auto* pPlugin = qobject_cast<IKXWidgetPluginInterface*>(s_loader.instance());
+    if (!pPlugin)
+        qFatal("the plug-in cannot be loaded: %s", qPrintable(s_loader.errorString()));
+    return *pPlugin;
+}
+
+QWidget& ShowPanel(bool bQtsShadow)
+{
+    Plugin().Init(QStringLiteral("{\"strLanguage\":\"en\"}"));
+    QWidget& panel = *Plugin().CenterWidget(QString());
+    if (bQtsShadow)
+        UseQtsShadow(panel);
+    Plugin().Start();
+    TurnUntilPainted(panel);
+    return panel;
+}
+
+void EndPanel()
+{
+    Plugin().Stop();
+    Plugin().Destory();
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-void FillDialog(QDialog& dialog, bool bShadow)
-{
-    dialog.setFixedSize(630, 564);
-    if (bShadow) {
-        auto* pShadow = new QGraphicsDropShadowEffect(&dialog);
-        pShadow->setBlurRadius(10.0);
-        pShadow->setOffset(0, 0);
-        dialog.setGraphicsEffect(pShadow);
-    }
-    auto* pLayout = new QVBoxLayout(&dialog);
-    pLayout->addWidget(new QGraphicsView(new QGraphicsScene(&dialog), &dialog));
-}
-
-void ShowDialog(benchmark::State& state, bool bShadow)
+void InitToFirstPaint(benchmark::State& state, bool bQtsShadow)
 {
     for (auto _ : state) {
-        QDialog dialog;
-        FillDialog(dialog, bShadow);
-        dialog.show();
-        TurnUntilPainted(dialog);
+        ShowPanel(bQtsShadow);
         state.PauseTiming();
-        dialog.hide();
-        Finish();
+        EndPanel();
         state.ResumeTiming();
     }
 }
 
-void RepaintDialog(benchmark::State& state, bool bShadow)
+void Repaint(benchmark::State& state, bool bQtsShadow)
 {
-    QDialog dialog;
-    FillDialog(dialog, bShadow);
-    dialog.show();
-    TurnUntilPainted(dialog);
-    for (auto _ : state)
-        dialog.repaint();
-    dialog.hide();
-    Finish();
-}
-
-void EmptyDialog(benchmark::State& state)
-{
-    ShowDialog(state, false);
-}
-
-// For comparison: what Qt's shadow takes.
-void EmptyDialogWithShadow(benchmark::State& state)
-{
-    ShowDialog(state, true);
-}
-
-void EmptyDialogRepaint(benchmark::State& state)
-{
-    RepaintDialog(state, false);
-}
-
-void EmptyDialogWithShadowRepaint(benchmark::State& state)
-{
-    RepaintDialog(state, true);
-}
-
-IKXWidgetPluginInterface* Plugin()
-{
-    static QPluginLoader s_loader(QStringLiteral(KX_PLUGIN_FILE));
-    return qobject_cast<IKXWidgetPluginInterface*>(s_loader.instance());
-}
-
-void ShowPanel(IKXWidgetPluginInterface& plugin)
-{
-    plugin.Init(QStringLiteral("{\"strLanguage\":\"en\"}"));
-    plugin.Start();
-    TurnUntilPainted(*plugin.CenterWidget(QString()));
-}
-
-void EndPanel(IKXWidgetPluginInterface& plugin)
-{
-    plugin.Stop();
-    plugin.Destory();
-    Finish();
-}
-
-void InitToFirstPaint(benchmark::State& state)
-{
-    IKXWidgetPluginInterface& plugin = *Plugin();
-    for (auto _ : state) {
-        ShowPanel(plugin);
-        state.PauseTiming();
-        EndPanel(plugin);
-        state.ResumeTiming();
-    }
-}
-
-void PanelRepaint(benchmark::State& state)
-{
-    IKXWidgetPluginInterface& plugin = *Plugin();
-    ShowPanel(plugin);
-    QWidget& panel = *plugin.CenterWidget(QString());
+    QWidget& panel = ShowPanel(bQtsShadow);
     for (auto _ : state)
         panel.repaint();
-    EndPanel(plugin);
+    EndPanel();
 }
 
-BENCHMARK(EmptyDialog)->Unit(benchmark::kMillisecond);
-BENCHMARK(EmptyDialogWithShadow)->Unit(benchmark::kMillisecond);
-BENCHMARK(InitToFirstPaint)->Unit(benchmark::kMillisecond);
-BENCHMARK(EmptyDialogRepaint)->Unit(benchmark::kMillisecond);
-BENCHMARK(EmptyDialogWithShadowRepaint)->Unit(benchmark::kMillisecond);
-BENCHMARK(PanelRepaint)->Unit(benchmark::kMillisecond);
-
-#ifdef Q_OS_LINUX
-// How often each of this process's threads gave up the processor by itself, all together.
-qint64 WakeUps()
-{
-    qint64 lSum = 0;
-    const QDir tasks(QStringLiteral("/proc/self/task"));
-    for (const QString& strTask : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        QFile status(tasks.filePath(strTask + QStringLiteral("/status")));
-        if (!status.open(QIODevice::ReadOnly))
-            continue;
-        for (const QByteArray& line : status.readAll().split('\n')) {
-            if (line.startsWith("voluntary_ctxt_switches:"))
-                lSum += line.mid(line.indexOf(':') + 1).trimmed().toLongLong();
-        }
-    }
-    return lSum;
-}
-
-// Lets the event loop run by itself for that long.
-void Idle(int iSeconds)
-{
-    QTimer::singleShot(iSeconds * 1000, qApp, &QCoreApplication::quit);
-    QApplication::exec();
-}
-
-int RunIdle()
-{
-    IKXWidgetPluginInterface& plugin = *Plugin();
-    ShowPanel(plugin);
-    Idle(1); // what showing leaves to be done
-    const qint64 lBefore = WakeUps();
-    Idle(IdleSeconds);
-    const double dPerSecond = static_cast<double>(WakeUps() - lBefore) / IdleSeconds;
-    EndPanel(plugin);
-    const bool bKept = dPerSecond <= WakeUpsPerSecond;
-    std::printf("wake-ups of the idle panel, all threads = %.1f a second (at most %.0f) %s\n", dPerSecond,
-                WakeUpsPerSecond, bKept ? "kept" : "BROKEN");
-    return bKept ? 0 : 1;
-}
-#else
-int RunIdle()
-{
-    std::printf("wake-ups of the idle panel were not measured\n");
-    return 2;
-}
-#endif
+BENCHMARK_CAPTURE(InitToFirstPaint, own, false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(InitToFirstPaint, Qt, true)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Repaint, own, false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Repaint, Qt, true)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
 int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {}); // what the platform cannot do
+    qInstallMessageHandler(KeepQtQuiet);
     const QApplication app(argc, argv);
     // A host has its libraries in memory before it loads a plug-in.
-    if (!KXLogic::Instance() || !KXColor::color(QStringLiteral("pc001"), 1.0).isValid() || !Plugin()) {
-        std::printf("the plug-in cannot be loaded\n");
+    if (!KXLogic::Instance() || !KXColor::color(QStringLiteral("pc001"), 1.0).isValid())
         return 2;
-    }
-    const int iRatios = RunRatios(
-        argc, argv, {{"InitToFirstPaint", "EmptyDialog", 3}, {"PanelRepaint", "EmptyDialogWithShadowRepaint", 0.5}});
-    return std::max(iRatios, RunIdle());
+    return RunRatios(argc, argv,
+                     {{"InitToFirstPaint/own", "InitToFirstPaint/Qt", 1.5}, {"Repaint/own", "Repaint/Qt", 0.3}});
 }
