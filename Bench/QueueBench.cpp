@@ -9,13 +9,14 @@
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
+#include <deque>
+#include <memory>
 
 using namespace KXDownLoadList;
 
 namespace {
 
-// An engine with that many device tasks, of which the first two run. They are met in their order, as a list is paused,
-// resumed or worked off.
+// An engine with that many device tasks, of which the first two run.
 class Filled
 {
 public:
@@ -28,14 +29,29 @@ public:
             list.append(std::make_shared<DownloadDeviceRecordInfo>(rig.Device(id.constData())));
         }
         rig.Engine().StartRecordDownloads(list);
-        m_tasks = list.toVector();
+        m_order.assign(list.begin(), list.end());
         Forget();
     }
-
-    DownloadRecordInfoPtr Next()
+    // The last one made, when it is of that size.
+    static Filled& With(int iCount)
     {
-        m_iNext = m_iNext + 1 < m_tasks.size() ? m_iNext + 1 : 0;
-        return m_tasks.at(m_iNext);
+        static std::unique_ptr<Filled> s_pMade;
+        if (!s_pMade || s_pMade->m_order.size() != static_cast<std::size_t>(iCount)) {
+            s_pMade.reset(); // there is one world at a time
+            s_pMade = std::make_unique<Filled>(iCount);
+        }
+        return *s_pMade;
+    }
+
+    // One after the other.
+    const DownloadRecordInfoPtr& Next() { return m_order[m_uNext++ % m_order.size()]; }
+    // The task at that place, which goes to the end.
+    DownloadRecordInfoPtr ToTheEnd(int iPlace)
+    {
+        const DownloadRecordInfoPtr pTask = m_order[static_cast<std::size_t>(iPlace)];
+        m_order.erase(m_order.begin() + iPlace);
+        m_order.push_back(pTask);
+        return pTask;
     }
     // Away with what the fake host remembers.
     void Forget()
@@ -48,23 +64,23 @@ public:
     EngineRig rig;
 
 private:
-    QVector<DownloadRecordInfoPtr> m_tasks;
-    int m_iNext = -1;
+    std::deque<DownloadRecordInfoPtr> m_order; // as the engine has them
+    std::size_t m_uNext = 0;
 };
 
 void Find(benchmark::State& state)
 {
-    Filled filled(static_cast<int>(state.range(0)));
+    Filled& filled = Filled::With(static_cast<int>(state.range(0)));
     for (auto _ : state)
         benchmark::DoNotOptimize(filled.rig.Engine().StateOf(filled.Next()));
 }
 
-// Out of its place and to the end. The two that run have their turn after all others, and are stopped.
+// The first that waits.
 void PauseAndResume(benchmark::State& state)
 {
-    Filled filled(static_cast<int>(state.range(0)));
+    Filled& filled = Filled::With(static_cast<int>(state.range(0)));
     for (auto _ : state) {
-        const QList<DownloadRecordInfoPtr> list{filled.Next()};
+        const QList<DownloadRecordInfoPtr> list{filled.ToTheEnd(2)};
         filled.rig.Engine().PauseRecordDownloads(list);
         filled.rig.Engine().StartRecordDownloads(list);
         filled.Forget();
@@ -74,10 +90,12 @@ void PauseAndResume(benchmark::State& state)
 // A running one fails, the next starts, and the failed one is tried again at the end.
 void StartNext(benchmark::State& state)
 {
-    Filled filled(static_cast<int>(state.range(0)));
+    Filled& filled = Filled::With(static_cast<int>(state.range(0)));
     for (auto _ : state) {
-        const DownloadRecordInfoPtr pTask = filled.Next();
+        const DownloadRecordInfoPtr pTask = filled.ToTheEnd(0);
         filled.rig.RaiseState(Source::Device, qPrintable(pTask->strRecordId), 0);
+        if (filled.rig.Calls().Count("StartDeviceRecordDownload") != 1)
+            return state.SkipWithError("no other one was started");
         filled.rig.Engine().StartRecordDownloads({pTask});
         filled.Forget();
     }
