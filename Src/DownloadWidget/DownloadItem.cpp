@@ -91,15 +91,15 @@ void DownloadItem::UpdateRecord(const DownloadRecordInfoPtr& pRecord)
     update();
 }
 
-void DownloadItem::SetState(int iState)
+void DownloadItem::SetState(RowState state)
 {
-    const bool bChanged = std::exchange(m_iState, iState) != iState;
-    m_pStateButton->setPixmap(NormalIcon(m_mapButtonPixmap.value(RowLook::StateIcon(iState))));
-    const bool bStartsOver = iState == RowLook::Paused || iState == RowLook::Failed;
+    const bool bChanged = std::exchange(m_state, state) != state;
+    m_pStateButton->setPixmap(NormalIcon(m_mapButtonPixmap.value(RowLook::StateIcon(state))));
+    const bool bStartsOver = state == RowState::Paused || state == RowState::Failed;
     if (bStartsOver && m_pRecord)
         m_pRecord->lReceivedSize = 0;
-    if (iState != RowLook::Failed)
-        m_bRunning = iState != RowLook::Paused;
+    if (state != RowState::Failed)
+        m_bRunning = state != RowState::Paused;
     update();
     if (bChanged)
         RowNews::StateChanged(*this);
@@ -107,15 +107,15 @@ void DownloadItem::SetState(int iState)
 
 QString DownloadItem::StateText() const
 {
-    if (!RowLook::StateColorKey(m_iState))
+    if (!RowLook::StateColorKey(m_state))
         return QString();
-    const char* pszTextKey = RowLook::StateTextKey(m_iState);
+    const char* pszTextKey = RowLook::StateTextKey(m_state);
     return pszTextKey ? tr(pszTextKey) : RowLook::PercentText(m_pRecord->lReceivedSize, m_pRecord->lFileSize);
 }
 
 int DownloadItem::ShownPercent() const
 {
-    if (m_iState != RowLook::Downloading)
+    if (m_state != RowState::Downloading)
         return 0;
     return RowLook::ShownPercent(m_pRecord->lReceivedSize, m_pRecord->lFileSize);
 }
@@ -158,7 +158,7 @@ void DownloadItem::PaintProgress(QPainter& painter) const
     painter.setBrush(Color("pc010"));
     painter.drawRoundedRect(RowLook::TrackRect, TrackRadius, TrackRadius);
     QRectF fill = RowLook::TrackRect;
-    fill.setWidth(RowLook::FillWidth(m_iState, m_pRecord->lReceivedSize, m_pRecord->lFileSize));
+    fill.setWidth(RowLook::FillWidth(m_state, m_pRecord->lReceivedSize, m_pRecord->lFileSize));
     painter.setBrush(Color("pc001"));
     if (fill.width() > 0)
         painter.drawRoundedRect(fill, TrackRadius, TrackRadius);
@@ -166,7 +166,7 @@ void DownloadItem::PaintProgress(QPainter& painter) const
 
 void DownloadItem::PaintTexts(QPainter& painter) const
 {
-    const char* pszColorKey = RowLook::StateColorKey(m_iState);
+    const char* pszColorKey = RowLook::StateColorKey(m_state);
     if (!pszColorKey)
         return;
     painter.setPen(Color(pszColorKey));
@@ -192,7 +192,7 @@ void DownloadItem::hoverMoveEvent(QGraphicsSceneHoverEvent* pEvent)
     if (!scene())
         return;
     KXSvgPixmap* pDelete = m_mapButtonPixmap.value(RowLook::IconDelete);
-    KXSvgPixmap* pState = m_mapButtonPixmap.value(RowLook::StateIcon(m_iState));
+    KXSvgPixmap* pState = m_mapButtonPixmap.value(RowLook::StateIcon(m_state));
     const bool bOnDelete = Hits(m_pDeleteButton, pEvent->scenePos());
     const bool bOnState = !bOnDelete && Hits(m_pStateButton, pEvent->scenePos());
     setCursor(bOnDelete || bOnState ? Qt::PointingHandCursor : Qt::ArrowCursor);
@@ -230,10 +230,10 @@ void DownloadItem::PressStateButton(QEvent::Type type, Qt::MouseButtons buttons)
 {
     const QPointer<DownloadItem> pAlive(this); // inside a signal the download may end, and the row with it
     const QString strPath = ElementPath(this);
-    if (m_iState == RowLook::Failed) {
+    if (m_state == RowState::Failed) {
         SendClickReport(QStringLiteral("btnRetry") + strPath, type, buttons);
         emit SgnChangeDownloadState(true);
-        if (!pAlive || m_iState == RowLook::Paused)
+        if (!pAlive || m_state == RowState::Paused)
             return; // inside its start all downloads were stopped
         m_bRunning = true;
         m_pStateButton->setPixmap(NormalIcon(m_mapButtonPixmap.value(RowLook::IconPause)));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DownloadWidget/RowLook.h"
 #include "Model/DownloadRecordInfo.h"
 
 #include <QtCore/QEvent>
@@ -31,9 +32,9 @@ public:
     // While its picture is the device's own, which is being turned into one of ours, the row shows the default one.
     void SetAwaitsPicture(bool bAwaits) { m_bAwaitsPicture = bAwaits; }
     DownloadRecordInfoPtr Record() const { return m_pRecord; }
-    // A display state of RowLook. Paused and failed rows start over: their received size becomes 0.
-    void SetState(int iState);
-    int State() const { return m_iState; }
+    // Paused and failed rows start over: their received size becomes 0.
+    void SetState(RowState state);
+    RowState State() const { return m_state; }
     // As the row shows it: a word or the percentage, in the user's language.
     QString StateText() const;
     // What the bar shows, in whole percent.
@@ -78,5 +79,5 @@ private:
     bool m_bAwaitsPicture = false;
     bool m_bFocusFrame = false;
     bool m_bAskedFor = false;
-    int m_iState = 0;
+    RowState m_state = RowState::Waiting;
 };

@@ -84,7 +84,7 @@ void DownloadWidget::AskedAgain(DownloadItem& row, const DownloadRecordInfoPtr& 
 {
     if (m_pEngine->StateOf(pRecord) == TaskState::Outside)
         return;
-    const bool bIdle = row.State() == RowLook::Paused || row.State() == RowLook::Failed;
+    const bool bIdle = row.State() == RowState::Paused || row.State() == RowState::Failed;
     if (row.Record() == pRecord ? bIdle : m_pEngine->StateOf(row.Record()) == TaskState::Outside)
         GoOver(row, pRecord, bIdle);
     else if (row.Record() != pRecord)
@@ -249,16 +249,16 @@ void DownloadWidget::OnDownloadRecordStates(QString strRecordId, int iCode, bool
                      "OnDownloadRecordStates: item not found, strRecordId[%s]", id.constData());
         return;
     }
-    const std::optional<int> iState = RowLook::StateOfCode(iCode, bReget);
-    const bool bFinished = iState == RowLook::Finished;
+    const std::optional<RowState> state = RowLook::StateOfCode(iCode, bReget);
+    const bool bFinished = state == RowState::Finished;
     if (bFinished)
         ForgetEnded(strRecordId, false);
-    if ((bFinished || iState == RowLook::Failed) && GoOverToNext(*pRow, !bFinished))
+    if ((bFinished || state == RowState::Failed) && GoOverToNext(*pRow, !bFinished))
         return;
     if (bFinished)
         FinishDownloadRecord(strRecordId);
-    else if (iState)
-        pRow->SetState(*iState);
+    else if (state)
+        pRow->SetState(*state);
 }
 
 void DownloadWidget::RemoveRow(DownloadItem& row)
@@ -307,7 +307,7 @@ void DownloadWidget::OnDeleteRecord(QString strRecordId)
     if (pLeft && pLeft->Record() == pRecord && bGone && !GoOverToNext(*pLeft, false))
         RemoveRow(*pLeft);
     pLeft = RowOf(strRecordId);
-    if (!pLeft || pLeft->State() != RowLook::Paused)
+    if (!pLeft || pLeft->State() != RowState::Paused)
         ForgetPaused(strRecordId);
 }
 
@@ -317,7 +317,7 @@ void DownloadWidget::PauseRow(DownloadItem& row)
     const DownloadRecordInfoPtr pRecord = row.Record();
     pRecord->lReceivedSize = 0;
     row.UpdateRecord(pRecord);
-    row.SetState(RowLook::Paused);
+    row.SetState(RowState::Paused);
     m_listPausedRecordIds.append(pRecord->strRecordId);
 }
 
@@ -325,7 +325,7 @@ void DownloadWidget::PauseRow(DownloadItem& row)
 void DownloadWidget::RestartRow(DownloadItem& row)
 {
     row.Record()->lReceivedSize = 0;
-    row.SetState(RowLook::Waiting);
+    row.SetState(RowState::Waiting);
     m_mapDroppedPictures.remove(row.Record()->strRecordId);
 }
 

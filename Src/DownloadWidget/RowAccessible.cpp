@@ -88,7 +88,7 @@ QString RowAccessible::text(QAccessible::Text kind) const
     case QAccessible::Description:
         return Row().StateText();
     case QAccessible::Value:
-        return Row().State() == RowLook::Downloading ? Row().StateText() : QString();
+        return Row().State() == RowState::Downloading ? Row().StateText() : QString();
     default:
         return QString();
     }

@@ -20,59 +20,59 @@ double Ratio(qint64 lReceived, qint64 lTotal)
 
 } // namespace
 
-std::optional<int> StateOfCode(int iCode, bool bReget)
+std::optional<RowState> StateOfCode(int iCode, bool bReget)
 {
     switch (iCode) {
     case StateCode::Failed:
     case StateCode::CloudAbort:
     case OtherFailure:
-        return Failed;
+        return RowState::Failed;
     case StateCode::Running:
-        return Downloading;
+        return RowState::Downloading;
     case StateCode::Finished:
-        return Finished;
+        return RowState::Finished;
     case StateCode::Refused:
-        return bReget ? Waiting : Failed;
+        return bReget ? RowState::Waiting : RowState::Failed;
     default:
         return std::nullopt;
     }
 }
 
-int StateIcon(int iState)
+int StateIcon(RowState state)
 {
-    switch (iState) {
-    case Failed:
+    switch (state) {
+    case RowState::Failed:
         return IconRetry;
-    case Paused:
+    case RowState::Paused:
         return IconResume;
     default:
         return IconPause;
     }
 }
 
-const char* StateColorKey(int iState)
+const char* StateColorKey(RowState state)
 {
-    switch (iState) {
-    case Waiting:
-    case Paused:
+    switch (state) {
+    case RowState::Waiting:
+    case RowState::Paused:
         return "pc005";
-    case Downloading:
+    case RowState::Downloading:
         return "pc001";
-    case Failed:
+    case RowState::Failed:
         return "pc020";
     default:
         return nullptr;
     }
 }
 
-const char* StateTextKey(int iState)
+const char* StateTextKey(RowState state)
 {
-    switch (iState) {
-    case Waiting:
+    switch (state) {
+    case RowState::Waiting:
         return QT_TRANSLATE_NOOP("DownloadItem", "mobile_common_download_manager_wait_download");
-    case Failed:
+    case RowState::Failed:
         return QT_TRANSLATE_NOOP("DownloadItem", "mobile_common_download_manager_download_failure");
-    case Paused:
+    case RowState::Paused:
         return QT_TRANSLATE_NOOP("DownloadItem", "panel_pause");
     default:
         return nullptr;
@@ -95,9 +95,9 @@ QString PercentText(qint64 lReceived, qint64 lTotal)
     return QStringLiteral("%1%2").arg(ShownPercent(lReceived, lTotal)).arg(QLatin1Char('%'));
 }
 
-qreal FillWidth(int iState, qint64 lReceived, qint64 lTotal)
+qreal FillWidth(RowState state, qint64 lReceived, qint64 lTotal)
 {
-    if (iState != Downloading)
+    if (state != RowState::Downloading)
         return 0;
     return static_cast<int>(qMin(Ratio(lReceived, lTotal), 1.0) * TrackWidth);
 }

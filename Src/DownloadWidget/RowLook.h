@@ -5,15 +5,11 @@
 
 #include <optional>
 
+// Display states of a row, by the client's numbers; there is no 4.
+enum class RowState : int { Waiting = 0, Downloading = 1, Finished = 2, Failed = 3, Paused = 5 };
+
 // What a row shows, as plain functions of what its record says: numbers, texts by key, colours by key.
 namespace RowLook {
-
-// Display states of a row; 4 is not used.
-constexpr int Waiting = 0;
-constexpr int Downloading = 1;
-constexpr int Finished = 2;
-constexpr int Failed = 3;
-constexpr int Paused = 5;
 
 // Keys of the button pictures.
 constexpr int IconResume = 0; // btnStop.svg
@@ -25,13 +21,13 @@ constexpr qreal TrackWidth = 300;
 constexpr QRectF TrackRect(170, 38, TrackWidth, 6);
 
 // What a row shows of a reported state code; nothing new for an unknown one. `bReget`: the task is tried again.
-std::optional<int> StateOfCode(int iCode, bool bReget);
+std::optional<RowState> StateOfCode(int iCode, bool bReget);
 // Picture of the state button.
-int StateIcon(int iState);
+int StateIcon(RowState state);
 // Colour key of the state text; null when no text is drawn.
-const char* StateColorKey(int iState);
+const char* StateColorKey(RowState state);
 // Source key of the state text; null where the text is a number or empty.
-const char* StateTextKey(int iState);
+const char* StateTextKey(RowState state);
 // Share of the recording that has arrived, in whole percent; above 100 when more came than was announced.
 int Percent(qint64 lReceived, qint64 lTotal);
 // The same as it is shown: an overrun shows 99, because the end is not known then.
@@ -39,6 +35,6 @@ int ShownPercent(qint64 lReceived, qint64 lTotal);
 // "42%"
 QString PercentText(qint64 lReceived, qint64 lTotal);
 // Width of the bar in pixels; nothing is filled unless the row is downloading.
-qreal FillWidth(int iState, qint64 lReceived, qint64 lTotal);
+qreal FillWidth(RowState state, qint64 lReceived, qint64 lTotal);
 
 } // namespace RowLook

@@ -157,7 +157,7 @@ void PanelAccessibleTest::ARowTellsItsState()
     QFETCH(qint64, received);
     PanelRig rig;
     rig.Send({"a"});
-    rig.Row("a")->SetState(state);
+    rig.Row("a")->SetState(static_cast<RowState>(state));
     rig.Record("a").lReceivedSize = received;
     QAccessibleInterface& row = RowOf(rig, "a");
     QTEST(row.text(QAccessible::Description), "description");

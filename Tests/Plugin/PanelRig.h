@@ -122,7 +122,7 @@ public:
             auto pCopy = Made(pszRecordId);
             DownloadItem reference(nullptr, {});
             reference.SetRecord(pCopy);
-            reference.SetState(iState);
+            reference.SetState(static_cast<RowState>(iState));
             pCopy->lReceivedSize = row.Record()->lReceivedSize;
             pCopy->lFileSize = row.Record()->lFileSize;
             pCopy->strFileName = row.Record()->strFileName;

@@ -40,9 +40,10 @@ void RowLookTest::StatesHaveTheirIconColourAndText_data()
 void RowLookTest::StatesHaveTheirIconColourAndText()
 {
     QFETCH(int, state);
-    QTEST(RowLook::StateIcon(state), "icon");
-    QTEST(QByteArray(RowLook::StateColorKey(state)), "color");
-    QTEST(QByteArray(RowLook::StateTextKey(state)), "text");
+    const auto shown = static_cast<RowState>(state);
+    QTEST(RowLook::StateIcon(shown), "icon");
+    QTEST(QByteArray(RowLook::StateColorKey(shown)), "color");
+    QTEST(QByteArray(RowLook::StateTextKey(shown)), "text");
 }
 
 void RowLookTest::ProgressIsCutToWholePercentAndPixels_data()
@@ -76,7 +77,7 @@ void RowLookTest::ProgressIsCutToWholePercentAndPixels()
     QFETCH(qint64, received);
     QFETCH(qint64, total);
     QTEST(RowLook::PercentText(received, total), "text");
-    QTEST(RowLook::FillWidth(1, received, total), "width");
+    QTEST(RowLook::FillWidth(RowState::Downloading, received, total), "width");
 }
 
 void RowLookTest::OnlyADownloadingRowIsFilled_data()
@@ -89,7 +90,7 @@ void RowLookTest::OnlyADownloadingRowIsFilled_data()
 void RowLookTest::OnlyADownloadingRowIsFilled()
 {
     QFETCH(int, state);
-    QCOMPARE(RowLook::FillWidth(state, 500, 1000), 0.0);
+    QCOMPARE(RowLook::FillWidth(static_cast<RowState>(state), 500, 1000), 0.0);
 }
 
 KX_TEST(RowLookTest, NoApplication)

@@ -115,7 +115,7 @@ void RowMouseTest::TheStateButtonShowsThePictureOfTheState()
     RowRig rig;
     QCOMPARE(rig.Shown(RowRig::StateButton), rig.Icon(1, false)); // a new row
     QCOMPARE(rig.Shown(RowRig::DeleteButton), rig.Icon(2, false));
-    rig.Row().SetState(state);
+    rig.SetState(state);
     QVERIFY(!rig.Icon(icon, false).isNull());
     QCOMPARE(rig.Shown(RowRig::StateButton), rig.Icon(icon, false));
     QCOMPARE(rig.Shown(RowRig::StateButton).size(), QSize(30, 30));
@@ -131,7 +131,7 @@ void RowMouseTest::HoveringShowsTheHoverPictureAndAHand()
     QFETCH(int, state);
     QFETCH(int, icon);
     RowRig rig;
-    rig.Row().SetState(state);
+    rig.SetState(state);
     rig.Hover(RowRig::NoButton);
     QTRY_COMPARE(rig.Row().cursor().shape(), Qt::ArrowCursor);
     rig.Hover(RowRig::StateButton);
@@ -203,7 +203,7 @@ void RowMouseTest::EachPressChangesThePictureAtOnce()
     QCOMPARE(rig.Shown(RowRig::StateButton), rig.Icon(1, false));
     release();
     QCOMPARE(Flags(spy), QList<bool>({false, true}));
-    rig.Row().SetState(3);
+    rig.SetState(3);
     press();
     QCOMPARE(rig.Shown(RowRig::StateButton), rig.Icon(1, false));
 }
@@ -224,8 +224,8 @@ void RowMouseTest::AFailedRowAlwaysStarts()
 {
     RowRig rig;
     const QSignalSpy spy(&rig.Row(), &DownloadItem::SgnChangeDownloadState);
-    rig.Row().SetState(5);
-    rig.Row().SetState(3);
+    rig.SetState(5);
+    rig.SetState(3);
     rig.Press(RowRig::StateButton);
     rig.Press(RowRig::StateButton); // nobody changed the state: it is still "failed"
     QCOMPARE(spy.size(), 2);
@@ -345,7 +345,7 @@ void RowMouseTest::TheReportOfDeleteAndRetryComesBeforeTheSignal()
     const auto count = [&] { reportsAtSignal.append(rig.World().Calls().Count("notify EventNotifyLogV2Report")); };
     connect(&rig.Row(), &DownloadItem::SgnChangeDownloadState, this, count);
     connect(&rig.Row(), &DownloadItem::SgnDeleteRecord, this, count);
-    rig.Row().SetState(3);
+    rig.SetState(3);
     rig.Press(RowRig::StateButton);
     rig.Press(RowRig::DeleteButton);
     QCOMPARE(reportsAtSignal, QList<int>({1, 2}));

@@ -103,7 +103,7 @@ void RowPaintTest::TheTrackLiesBehindTheFill()
 void RowPaintTest::TheFillGrowsWithWhatWasReceived()
 {
     RowRig rig;
-    rig.Row().SetState(1);
+    rig.SetState(1);
     rig.Record().lReceivedSize = 500;
     const QImage half = rig.Painted();
     QCOMPARE(half.pixel(175, 41), Accent);
@@ -118,7 +118,7 @@ void RowPaintTest::TheFillGrowsWithWhatWasReceived()
 void RowPaintTest::TheBarsHaveRoundEnds()
 {
     RowRig rig;
-    rig.Row().SetState(1);
+    rig.SetState(1);
     rig.Record().lReceivedSize = 500;
     const auto magnified = [](const std::function<void(QPainter&)>& paint) {
         QImage image(610 * 8, 88 * 8, QImage::Format_RGB32);
@@ -159,7 +159,7 @@ void RowPaintTest::StateTextsHaveTheirPlaceAndColour()
     QVERIFY(translator.load(QStringLiteral(":/KXRecordManage/Translates/KXRecordManage_en.qm")));
     QVERIFY(QCoreApplication::installTranslator(&translator)); // removed as it dies
     RowRig rig;
-    rig.Row().SetState(state);
+    rig.SetState(state);
     rig.Record().lReceivedSize = 420;
     const QImage expected = Text(QPointF(170, 70), text, color);
     QVERIFY(Contains(expected, StateArea, color));
@@ -170,7 +170,7 @@ void RowPaintTest::AStateWithoutATextPaintsNone()
 {
     RowRig rig;
     for (const int iState : {2, 4, 77}) {
-        rig.Row().SetState(iState);
+        rig.SetState(iState);
         QVERIFY(!rig.HasInk(StateArea));
     }
 }
@@ -224,7 +224,7 @@ void RowPaintTest::EachChangeRepaintsTheRow()
     PaintedRegion painted(*rig.Viewport());
     QVERIFY(!painted.Contains(QRect(170, 30, 300, 40)));
     if (change == 0)
-        rig.Row().SetState(5);
+        rig.SetState(5);
     else if (change == 1)
         rig.Row().SetRecord(std::make_shared<KXDownLoadList::DownloadDeviceRecordInfo>());
     else
@@ -248,7 +248,7 @@ void RowPaintTest::PausedAndFailedRowsStartOver()
     QFETCH(int, state);
     RowRig rig;
     rig.Record().lReceivedSize = 700;
-    rig.Row().SetState(state);
+    rig.SetState(state);
     QTEST(rig.Record().lReceivedSize, "received");
 }
 

@@ -30,8 +30,8 @@ void RowPressTest::WhatIsNeitherPausedNorFailedIsPaused()
     QFETCH(int, state);
     RowRig rig;
     const QSignalSpy spy(&rig.Row(), &DownloadItem::SgnChangeDownloadState);
-    rig.Row().SetState(5);
-    rig.Row().SetState(state);
+    rig.SetState(5);
+    rig.SetState(state);
     rig.Press(RowRig::StateButton);
     QCOMPARE(spy.size(), 1);
     QCOMPARE(spy[0][0].toBool(), false);
@@ -55,7 +55,7 @@ void RowPressTest::TheReportTellsAllButtonsThatAreDown()
     QFETCH(QPoint, pos);
     QFETCH(QString, name);
     RowRig rig;
-    rig.Row().SetState(state);
+    rig.SetState(state);
     QMouseEvent press(QEvent::MouseButtonPress, pos, rig.Viewport()->mapToGlobal(pos), Qt::LeftButton,
                       Qt::LeftButton | Qt::RightButton, Qt::NoModifier);
     QCoreApplication::sendEvent(rig.Viewport(), &press);

@@ -46,6 +46,8 @@ public:
     QObject& Panel() { return m_panel; }
     DownloadItem& Row() { return *m_pRow; }
     KXDownLoadList::DownloadRecordInfo& Record() { return *m_pRecord; }
+    // By its number, also one that is no state.
+    void SetState(int iState) { m_pRow->SetState(static_cast<RowState>(iState)); }
     const QMap<int, KXSvgPixmap*>& Pixmaps() const { return m_pixmaps; }
     QWidget* Viewport() { return m_view.viewport(); }
 
@@ -87,7 +89,7 @@ public:
     void FollowPresses()
     {
         QObject::connect(m_pRow, &DownloadItem::SgnChangeDownloadState, m_pRow,
-                         [this](bool bStart) { m_pRow->SetState(bStart ? 0 : 5); });
+                         [this](bool bStart) { SetState(bStart ? 0 : 5); });
     }
     // True when the state button shows that key, in its normal or its hover form: the pointer may be on it.
     bool ShowsKey(int iKey)
