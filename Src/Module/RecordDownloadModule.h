@@ -137,7 +137,7 @@ private:
         RecordQueue RecordDownloadModule::*pWaiting;
         RecordQueue RecordDownloadModule::*pRunning;
         void (RecordDownloadModule::*pStartNext)();
-        bool (RecordDownloadModule::*pStart)(const DownloadRecordInfoPtr& pRecord);
+        int (RecordDownloadModule::*pStart)(const DownloadRecordInfoPtr& pRecord); // 0 is success
         int (*pHostStop)(KXLogic::IDownloadLogic& logic, const QString& strRecordId);
         void (RecordDownloadModule::*pStop)(const QString& strRecordId, StopCode code, const QString& strPath);
         void (RecordDownloadModule::*pFinish)(const DownloadTasks& tasks, StopCode code);
@@ -193,10 +193,10 @@ private:
     void StartDownload(const Source& source, const DownloadTaskPtr& pTask);
     void EndDroppedStart(const Source& source, const DownloadTaskPtr& pTask, KXLogic::IDownloadLogic* pStartedBy);
     bool CanStart(const KXDownLoadList::DownloadRecordInfo& record);
-    bool StartCloudDownload(const DownloadRecordInfoPtr& pRecord);
-    bool StartDeviceDownload(const DownloadRecordInfoPtr& pRecord);
-    bool StartIOTLanDownload(const DownloadRecordInfoPtr& pRecord);
-    bool StartLanModuleDownload(const DownloadRecordInfoPtr& pRecord);
+    int StartCloudDownload(const DownloadRecordInfoPtr& pRecord);
+    int StartDeviceDownload(const DownloadRecordInfoPtr& pRecord);
+    int StartIOTLanDownload(const DownloadRecordInfoPtr& pRecord);
+    int StartLanModuleDownload(const DownloadRecordInfoPtr& pRecord);
 
     // Stops
     void StopCloudDownload(const QString& strRecordId, StopCode code, const QString& strPath);

@@ -6,6 +6,8 @@
 #include "Module/EngineLog.h"
 #include "Module/UnixTime.h"
 
+#include <limits>
+
 using namespace KXDownLoadList;
 
 namespace {
@@ -38,15 +40,9 @@ KXLogic::LanModuleDownloadRequest LanRequestOf(const DownloadLanModuleRecordInfo
     return request;
 }
 
-// Nobody else hears of a start that failed, and its row goes on waiting. True when it succeeded.
-bool HasStarted(const DownloadRecordInfo& record, int iResult)
-{
-    if (iResult != 0)
-        KX_ENGINE_LOG(LogFailure, "RecordDownloadModule::StartNextDownload",
-                      "The transfer could not be started.strRecordId[%s],iCode[%d]",
-                      record.strRecordId.toUtf8().constData(), iResult);
-    return iResult == 0;
-}
+constexpr int NoModule = -1; // result of a start on a host without transfers
+// Result of a start that the host was not asked for: what stands in its way is logged already.
+constexpr int NotAsked = std::numeric_limits<int>::min();
 
 } // namespace
 
@@ -91,10 +87,16 @@ void RecordDownloadModule::StartDownload(const Source& source, const DownloadTas
     QMetaObject::invokeMethod(
         this, [pTask] { pTask->bHeard = true; }, Qt::QueuedConnection);
     KXLogic::IDownloadLogic* pLogic = m_pDownloadLogic;
-    const bool bStarted = (this->*source.pStart)(pTask->pRecord);
-    if (pTask->state != TaskState::Starting)
-        return EndDroppedStart(source, pTask, bStarted ? pLogic : nullptr);
-    Move(pTask, bStarted ? TaskState::Running : TaskState::Outside);
+    const int iResult = pLogic ? (this->*source.pStart)(pTask->pRecord) : NoModule;
+    if (pTask->state == TaskState::Starting)
+        Move(pTask, iResult == 0 ? TaskState::Running : TaskState::Outside);
+    else
+        EndDroppedStart(source, pTask, iResult == 0 ? pLogic : nullptr);
+    // Nobody else hears of a start that failed, and its row goes on waiting.
+    if (iResult != 0 && iResult != NotAsked)
+        KX_ENGINE_LOG(LogFailure, "RecordDownloadModule::StartNextDownload",
+                      "The transfer could not be started.strRecordId[%s],iCode[%d]",
+                      pTask->strRecordId.toUtf8().constData(), iResult);
     for (const int iCode : QVector<int>(pTask->codesWhileStarting)) {
         if (pTask->state == TaskState::Running && pTask->iStarts == iStart)
             (this->*source.pHandleState)(pTask, iCode);
@@ -131,19 +133,17 @@ void RecordDownloadModule::StartNextLanModuleDownload()
     StartNextDownload(Sources[LanModuleRecord]);
 }
 
-// True when the host is there and the task's folder, too. The client may end the plug-in when a folder is logged.
+// True when the task's folder is there. The client may end the plug-in when a folder is logged.
 bool RecordDownloadModule::CanStart(const DownloadRecordInfo& record)
 {
-    constexpr int NoModule = -1;
-    return HasStarted(record, m_pDownloadLogic ? 0 : NoModule) && EnsureDownloadPathExists(record.strDownloadPath) &&
-           m_pDownloadLogic;
+    return EnsureDownloadPathExists(record.strDownloadPath) && m_pDownloadLogic;
 }
 
-bool RecordDownloadModule::StartCloudDownload(const DownloadRecordInfoPtr& pTask)
+int RecordDownloadModule::StartCloudDownload(const DownloadRecordInfoPtr& pTask)
 {
     const auto pRecord = std::dynamic_pointer_cast<DownloadCloudRecordInfo>(pTask);
     if (!pRecord || !CanStart(*pRecord))
-        return false;
+        return NotAsked;
     KXLogic::CloudDownloadRequest request;
     FillRequest(request, *pRecord);
     request.lRecordId = pRecord->strRecordId.toLongLong(nullptr, 10);
@@ -152,31 +152,33 @@ bool RecordDownloadModule::StartCloudDownload(const DownloadRecordInfoPtr& pTask
     request.iCloudKind = pRecord->iCloudValue;
     request.strKeyText = pRecord->strCloudText2.toStdString();
     request.strCloudAddress = pRecord->strCloudText3.toStdString();
-    return HasStarted(*pRecord, m_pDownloadLogic->StartCloudRecordDownload(request));
+    return m_pDownloadLogic->StartCloudRecordDownload(request);
 }
 
-bool RecordDownloadModule::StartDeviceDownload(const DownloadRecordInfoPtr& pTask)
+int RecordDownloadModule::StartDeviceDownload(const DownloadRecordInfoPtr& pTask)
 {
     const auto pRecord = std::dynamic_pointer_cast<DownloadDeviceRecordInfo>(pTask);
     if (!pRecord || !CanStart(*pRecord))
-        return false;
+        return NotAsked;
     KXLogic::DeviceDownloadRequest request;
     FillRequest(request, *pRecord);
     request.iStream = pRecord->iDeviceValue;
-    return HasStarted(*pRecord, pRecord->bUseAltStart ? m_pDownloadLogic->StartDeviceRecordDownloadAlt(request)
-                                                      : m_pDownloadLogic->StartDeviceRecordDownload(request));
+    return pRecord->bUseAltStart ? m_pDownloadLogic->StartDeviceRecordDownloadAlt(request)
+                                 : m_pDownloadLogic->StartDeviceRecordDownload(request);
 }
 
-bool RecordDownloadModule::StartIOTLanDownload(const DownloadRecordInfoPtr& pTask)
+int RecordDownloadModule::StartIOTLanDownload(const DownloadRecordInfoPtr& pTask)
 {
     const auto pRecord = std::dynamic_pointer_cast<DownloadLanModuleRecordInfo>(pTask);
-    return pRecord && CanStart(*pRecord) &&
-           HasStarted(*pRecord, m_pDownloadLogic->StartIOTLanRecordDownload(LanRequestOf(*pRecord)));
+    if (!pRecord || !CanStart(*pRecord))
+        return NotAsked;
+    return m_pDownloadLogic->StartIOTLanRecordDownload(LanRequestOf(*pRecord));
 }
 
-bool RecordDownloadModule::StartLanModuleDownload(const DownloadRecordInfoPtr& pTask)
+int RecordDownloadModule::StartLanModuleDownload(const DownloadRecordInfoPtr& pTask)
 {
     const auto pRecord = std::dynamic_pointer_cast<DownloadLanModuleRecordInfo>(pTask);
-    return pRecord && CanStart(*pRecord) &&
-           HasStarted(*pRecord, m_pDownloadLogic->StartLanModuleRecordDownload(LanRequestOf(*pRecord)));
+    if (!pRecord || !CanStart(*pRecord))
+        return NotAsked;
+    return m_pDownloadLogic->StartLanModuleRecordDownload(LanRequestOf(*pRecord));
 }

@@ -1,7 +1,7 @@
 // What the plug-in object holds from its Init to its Destory, and what a second Init changes.
 
-#include "Plugin/KXRecordManageGlobalData.h"
 #include "DownloadWidget/DownloadWidget.h"
+#include "Plugin/KXRecordManageGlobalData.h"
 #include "PluginRig.h"
 #include "TestMain.h"
 
