@@ -29,7 +29,7 @@ void CallList::Add(const QString& strLine)
 {
     QString strText = strLine;
     strText.replace(m_strFolder, QStringLiteral("~"));
-    std::vector<Hook> due;
+    std::vector<LineHook> due;
     {
         QMutexLocker locker(&m_mutex);
         m_lines.push_back({strText, std::this_thread::get_id() != m_home});
@@ -38,8 +38,8 @@ void CallList::Add(const QString& strLine)
                 due.push_back(entry.hook);
         }
     }
-    for (const Hook& hook : due)
-        hook();
+    for (const LineHook& hook : due)
+        hook(strText);
 }
 
 QStringList CallList::Lines(Prefixes prefixes) const
@@ -80,5 +80,11 @@ void CallList::Clear()
 void CallList::WhenAdded(const char* pszPrefix, Hook hook)
 {
     QMutexLocker locker(&m_mutex);
-    m_hooks.push_back({QString::fromUtf8(pszPrefix), std::move(hook)});
+    m_hooks.push_back({QString::fromUtf8(pszPrefix), [hook = std::move(hook)](const QString&) { hook(); }});
+}
+
+void CallList::WhenAnyAdded(LineHook hook)
+{
+    QMutexLocker locker(&m_mutex);
+    m_hooks.push_back({QString(), std::move(hook)});
 }

@@ -16,6 +16,7 @@ class KX_HOST_EXPORT CallList
 {
 public:
     using Hook = std::function<void()>;
+    using LineHook = std::function<void(const QString& strLine)>;
     using Prefixes = std::initializer_list<const char*>;
 
     explicit CallList(QString strFolder);
@@ -34,6 +35,8 @@ public:
 
     // Runs `hook` each time a line with that prefix was added: on the thread of the caller, inside the call.
     void WhenAdded(const char* pszPrefix, Hook hook);
+    // The same for every line.
+    void WhenAnyAdded(LineHook hook);
 
 private:
     struct Line
@@ -44,7 +47,7 @@ private:
     struct HookEntry
     {
         QString strPrefix;
-        Hook hook;
+        LineHook hook;
     };
 
     const QString m_strFolder;

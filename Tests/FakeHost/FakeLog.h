@@ -31,6 +31,7 @@ public:
     void Clear();
     // Runs `hook` each time such a line was logged: on the thread of the caller, inside the call.
     void WhenLogged(const char* pszPrefix, CallList::Hook hook) { m_lines.WhenAdded(pszPrefix, std::move(hook)); }
+    void WhenAnyLogged(CallList::LineHook hook) { m_lines.WhenAnyAdded(std::move(hook)); }
 
 private:
     CallList m_lines;
