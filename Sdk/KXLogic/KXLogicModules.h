@@ -19,9 +19,9 @@ protected:
 
 // Module 5: transfers. One user pointer per callback; a later registration replaces an earlier one. A start for a
 // record that this source is transferring already is refused (not 0), as is one whose request the host cannot serve.
-// After a start that gave 0 the host reports states until one of 0, 2, 3 or 100, or until the transfer is stopped. A start
-// that was refused is logged and dropped: nobody else hears of it, and its row goes on waiting. So refuse what must not
-// happen, and let what failed start and then report state 0.
+// After a start that gave 0 the host reports states until one of 0, 2, 3 or 100, or until the transfer is stopped. A
+// start that was refused is logged and dropped: nobody else hears of it, and its row goes on waiting. So refuse what
+// must not happen, and let what failed start and then report state 0.
 class IDownloadLogic : public ILogicModule
 {
 public:
@@ -95,11 +95,11 @@ public:
     virtual int DetachObserver(IKXLogicObserver* pObserver) = 0;
 
     // Asks for the current password of a device. Gives the handle of the request, which the answer (message 1144)
-    // carries; it is never 0. The answer comes on a host thread, never inside this call, and this call does not wait for
-    // that thread. `strUserInfo` is returned unchanged; `iKind` is 1 for a recording's password.
+    // carries; it is never 0. The answer comes on a host thread, never inside this call, and this call does not wait
+    // for that thread. `strUserInfo` is returned unchanged; `iKind` is 1 for a recording's password.
     //
-    // Each request is answered exactly once, after at most 30 seconds: with a result other than 0 when nothing was found
-    // by then. Until all are answered no device transfer starts.
+    // Each request is answered exactly once, after at most 30 seconds: with a result other than 0 when nothing was
+    // found by then. Until all are answered no device transfer starts.
     virtual std::int64_t RequestDevicePassword(const std::string& strDeviceAccount, const std::string& strDeviceId,
                                                int iChannelNo, std::int64_t lChannelId, const std::string& strUserInfo,
                                                int iKind) = 0;
