@@ -19,9 +19,13 @@ set(CMAKE_AUTORCC ON)
 
 find_program(KX_CCACHE ccache)
 if(KX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    # Paths below the source folder do not count, so that a fresh clone finds what another one compiled.
+    # Paths below the source folder do not count, so that a fresh clone finds what another one compiled. What is compiled
+    # with a precompiled header is kept only with these words: the header counts by its content.
     set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env "CCACHE_BASEDIR=${CMAKE_SOURCE_DIR}" CCACHE_NOHASHDIR=1
-        "${KX_CCACHE}")
+        CCACHE_SLOPPINESS=pch_defines,time_macros "${KX_CCACHE}")
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        add_compile_options(-fpch-preprocess)
+    endif()
 endif()
 
 add_library(KXWarnings INTERFACE)
