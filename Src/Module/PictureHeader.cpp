@@ -3,6 +3,7 @@
 #include <QtCore/QtEndian>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace {
@@ -46,12 +47,14 @@ constexpr uchar StartOfScan = 0xDA;
 // Arithmetic coding and progressive forms too; a decoder knows no others.
 bool IsKnownFrame(uchar uMarker)
 {
-    return uMarker >= 0xC0 && uMarker <= 0xCA && memchr("\xC0\xC1\xC2\xC9\xCA", uMarker, 5);
+    constexpr std::array<uchar, 5> known = {0xC0, 0xC1, 0xC2, 0xC9, 0xCA};
+    return std::find(known.begin(), known.end(), uMarker) != known.end();
 }
 
 bool IsOtherFrame(uchar uMarker)
 {
-    return uMarker >= 0xC3 && uMarker <= 0xCF && !memchr("\xC4\xC8\xC9\xCA\xCC", uMarker, 5);
+    constexpr std::array<uchar, 5> noFrames = {0xC4, 0xC8, 0xC9, 0xCA, 0xCC};
+    return uMarker >= 0xC3 && uMarker <= 0xCF && std::find(noFrames.begin(), noFrames.end(), uMarker) == noFrames.end();
 }
 
 bool StandsAlone(uchar uMarker)
@@ -93,14 +96,14 @@ bool TakeSegment(uchar uMarker, const QByteArray& segment, Frame& frame)
             return false;
         frame.uKind = uMarker;
         frame.size = SizeOf(Big16(segment, 5), Big16(segment, 3));
-        frame.iComponents = segment[7];
+        frame.iComponents = static_cast<uchar>(segment[7]);
         return !frame.size.isEmpty();
     }
     if (uMarker == StartOfScan) {
         if (frame.uKind == 0 || segment.size() < 3)
             return false;
         if (frame.iScans++ == 0)
-            frame.iFirstScanComponents = segment[2];
+            frame.iFirstScanComponents = static_cast<uchar>(segment[2]);
     }
     return !IsOtherFrame(uMarker) && uMarker != StartOfImage;
 }
