@@ -353,7 +353,7 @@ void DecryptTest::AllJobsRunOnOneThreadOneAfterTheOther()
         rig.Enqueue(url.constData());
         expected.append(QStringLiteral("Finished 1 %1 ").arg(i));
     }
-    QTRY_COMPARE(rig.Finished().size(), 200);
+    QTRY_COMPARE_WITH_TIMEOUT(rig.Finished().size(), 200, 60000);
     QCOMPARE(rig.Finished(), expected);
     QCOMPARE(iMost.load(), 1);
     QCOMPARE(iForeign.load(), 0);

@@ -20,6 +20,7 @@ public:
     {
         for (int iRow = 0; iRow < iRows; ++iRow)
             Panel().AddDownloadInfo(Made(Id(iRow).constData()));
+        View().setFixedHeight(450); // five rows and a bit on every platform, however high the head of the list is
         Show();
     }
     static QByteArray Id(int iRow) { return QStringLiteral("r%1").arg(iRow, 2, 10, QLatin1Char('0')).toLatin1(); }
