@@ -12,7 +12,7 @@ class CountText final : public QTranslator
 {
 public:
     CountText() { QCoreApplication::installTranslator(this); }
-    ~CountText() { QCoreApplication::removeTranslator(this); }
+    ~CountText() override { QCoreApplication::removeTranslator(this); }
 
     QString translate(const char*, const char* pszText, const char*, int) const override
     {
