@@ -3,6 +3,22 @@
 #include <QtCore/QCoreApplication>
 #include <QtTest/QTest>
 
+// What a test waits for may take long on a busy machine or under a sanitizer, and only a test that fails waits to the
+// end. Qt's own two give up after five seconds and look every 50 ms.
+constexpr int PatienceMs = 60000;
+#undef QTRY_VERIFY
+#define QTRY_VERIFY(expression)                                                                                        \
+    do {                                                                                                               \
+        (void)QTest::qWaitFor([&] { return static_cast<bool>(expression); }, PatienceMs);                              \
+        QVERIFY(expression);                                                                                           \
+    } while (false)
+#undef QTRY_COMPARE
+#define QTRY_COMPARE(actual, expected)                                                                                 \
+    do {                                                                                                               \
+        (void)QTest::qWaitFor([&] { return (actual) == (expected); }, PatienceMs);                                     \
+        QCOMPARE(actual, expected);                                                                                    \
+    } while (false)
+
 // A test program holds the test classes of a room and runs the one that it is told:
 //     EngineTests ListTest [what QTest takes…]
 // A class is entered at the end of its file, with the application object that it needs:
