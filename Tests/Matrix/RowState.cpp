@@ -40,6 +40,8 @@ protected:
         const bool bLength = metric == PdmWidth || metric == PdmHeight;
         const bool bDots =
             metric == PdmDpiX || metric == PdmDpiY || metric == PdmPhysicalDpiX || metric == PdmPhysicalDpiY;
+        if (metric == PdmDevicePixelRatioScaled)
+            return static_cast<int>(devicePixelRatioFScale());
         return bLength ? 1000 : bDots ? 96 : metric == PdmDepth ? 32 : 1;
     }
 
