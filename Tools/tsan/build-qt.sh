@@ -21,4 +21,12 @@ build() {
 }
 
 provide
-cat "$stamp"
+prefix=$(<"$stamp")
+
+# The system's moc writes the same as the instrumented one in a fifteenth of the time.
+for program in moc uic rcc; do
+    system=/usr/lib/qt5/bin/$program
+    [[ -x $system && $("$system" -v) == "$("$prefix/bin/$program" -v)" ]] || continue
+    ln -sf "$system" "$prefix/bin/$program"
+done
+echo "$prefix"
