@@ -79,6 +79,9 @@ QImage SafePicture::Decode(const PictureHeader& header, const QSize& part)
         reader.setClipRect(QRect(QPoint(0, 0), header.size.boundedTo(part)));
     QImage image;
     const bool bRead = reader.read(&image);
+    // Pixels may name colours that the picture does not have; those would be taken from the memory behind its table.
+    if (image.colorCount() > 0)
+        image.setColorCount(1 << image.depth());
     // A decoder that gets no more bytes may paint the rest grey and call that a picture.
     return bRead && !bytes.IsGivenUp() ? image : QImage();
 }

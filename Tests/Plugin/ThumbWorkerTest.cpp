@@ -30,6 +30,8 @@ private slots:
     void APictureIsDecodedUpTo36Megapixels();
     void ABombIsNotWrittenAndGivesOneLine_data();
     void ABombIsNotWrittenAndGivesOneLine();
+    void ColoursThatABmpLacksAreBlack_data();
+    void ColoursThatABmpLacksAreBlack();
     void ADearPictureIsWritten_data();
     void ADearPictureIsWritten();
     void AThreadThatShallEndReadsNoPicture();
@@ -149,6 +151,34 @@ void ThumbWorkerTest::ABombIsNotWrittenAndGivesOneLine()
     QCOMPARE(Answer(world.WriteFile("thumb", content), strTarget), QVariantList({QStringLiteral("id"), strTarget}));
     QVERIFY(!world.HasFile("out.jpg"));
     QCOMPARE(world.Log().Lines(), Texts({"6 SaveDeviceRecordThumbWorker::OnStartTask no picture[~/thumb]"}));
+}
+
+void ThumbWorkerTest::ColoursThatABmpLacksAreBlack_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::newRow("8 bits") << int(QImage::Format_Indexed8);
+    QTest::newRow("1 bit") << int(QImage::Format_Mono);
+}
+
+// Its pixels name all colours, its table has the first one. The others would be what stands in memory behind that.
+void ThumbWorkerTest::ColoursThatABmpLacksAreBlack()
+{
+    QFETCH(int, format);
+    QImage image(256, 1, QImage::Format(format));
+    image.setColorCount(1 << image.depth());
+    for (int iColor = 0; iColor < 256; ++iColor)
+        image.setPixel(iColor, 0, static_cast<uint>(iColor % (1 << image.depth())));
+    QByteArray bmp = HostilePictures::Encoded(image, "BMP");
+    bmp.replace(46, 4, HostilePictures::Little32(1));
+    bmp.replace(54, 4, QByteArray::fromHex("0000ff00")); // red
+    FakeWorld world;
+    Answer(world.WriteFile("thumb", bmp), world.Path("out.bmp"));
+    const QImage written(world.Path("out.bmp"));
+    QCOMPARE(written.width(), 256);
+    for (int iPixel = 0; iPixel < 256; ++iPixel) {
+        const bool bFirst = iPixel % (1 << image.depth()) == 0;
+        QCOMPARE(written.pixelColor(iPixel, 0), QColor(bFirst ? Qt::red : Qt::black));
+    }
 }
 
 void ThumbWorkerTest::ADearPictureIsWritten_data()
