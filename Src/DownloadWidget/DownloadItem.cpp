@@ -222,17 +222,20 @@ void DownloadItem::mousePressEvent(QGraphicsSceneMouseEvent* pEvent)
 
 void DownloadItem::PressDeleteButton(QEvent::Type type, Qt::MouseButtons buttons)
 {
+    const QPointer<DownloadItem> pAlive(this); // the download may end inside the report, and the row with it
     SendClickReport(QStringLiteral("btnDelete") + ElementPath(this), type, buttons);
-    emit SgnDeleteRecord(m_pRecord->strRecordId); // the panel may have deleted this row when it returns
+    if (pAlive)
+        emit SgnDeleteRecord(m_pRecord->strRecordId); // the panel may have deleted this row when it returns
 }
 
 void DownloadItem::PressStateButton(QEvent::Type type, Qt::MouseButtons buttons)
 {
-    const QPointer<DownloadItem> pAlive(this); // inside a signal the download may end, and the row with it
+    const QPointer<DownloadItem> pAlive(this); // inside a signal or a report the download may end, and the row with it
     const QString strPath = ElementPath(this);
     if (m_state == RowState::Failed) {
         SendClickReport(QStringLiteral("btnRetry") + strPath, type, buttons);
-        emit SgnChangeDownloadState(true);
+        if (pAlive)
+            emit SgnChangeDownloadState(true);
         if (!pAlive || m_state == RowState::Paused)
             return; // inside its start all downloads were stopped
         m_bRunning = true;

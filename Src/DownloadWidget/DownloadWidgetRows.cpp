@@ -261,12 +261,15 @@ void DownloadWidget::OnDownloadRecordStates(QString strRecordId, int iCode, bool
         pRow->SetState(*state);
 }
 
+// The view may keep a row until an event is through; it says nothing more of a recording that may be another's by then.
 void DownloadWidget::RemoveRow(DownloadItem& row)
 {
-    const int iIndex = ui->downloadListView->IndexOfItem(&row);
+    const QPointer<DownloadItem> pRow(&row);
+    m_pListAccess->OnRowGoes(row); // assistive technology may take rows away when it hears of it, this one, too
+    const int iIndex = ui->downloadListView->IndexOfItem(pRow);
     if (iIndex < 0)
         return;
-    m_pListAccess->OnRowGoes(row);
+    pRow->blockSignals(true);
     ui->downloadListView->DeleteItem(iIndex);
     --m_iRowCount;
     RefreshCount();

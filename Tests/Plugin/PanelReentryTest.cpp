@@ -5,6 +5,7 @@
 #include "TestMain.h"
 
 #include <QtCore/QBuffer>
+#include <QtGui/QAccessible>
 
 #include <functional>
 
@@ -20,6 +21,10 @@ private slots:
     void AFullDiskInsideAResumeLeavesTheRowsPaused_data();
     void AFullDiskInsideAResumeLeavesTheRowsPaused();
     void AFullDiskInsideARetryLeavesTheRowPaused();
+    void ARowThatGoesInsideItsReportSaysNoMore_data();
+    void ARowThatGoesInsideItsReportSaysNoMore();
+    void ARetriedRowDeletedInsideItsReportStaysAway_data();
+    void ARetriedRowDeletedInsideItsReportStaysAway();
     void ThePictureOfADeletedRowGoesWhenItComes();
     void ThePictureOfAPausedRowGoesWithThePanel();
 };
@@ -47,6 +52,28 @@ std::shared_ptr<KXDownLoadList::DownloadDeviceRecordInfo> WithPicture(PanelRig& 
     pRecord->strPicturePath = rig.World().Path("source.png");
     image.save(pRecord->strPicturePath);
     return pRecord;
+}
+
+// The ways to press a button of the row "a".
+void AddWays()
+{
+    QTest::addColumn<QString>("by");
+    for (const char* pszWay : {"the mouse", "a key", "an accessible action"})
+        QTest::newRow(pszWay) << QString::fromUtf8(pszWay);
+}
+
+void PressBy(PanelRig& rig, const QString& strWay, bool bDelete)
+{
+    if (strWay == QLatin1String("the mouse"))
+        return rig.Press("a", bDelete ? PanelRig::DeleteButton : PanelRig::StateButton);
+    rig.View().setFocus(Qt::TabFocusReason);
+    if (strWay == QLatin1String("a key"))
+        QTest::keyClick(&rig.View(), bDelete ? Qt::Key_Delete : Qt::Key_Space);
+    else
+        QAccessible::queryAccessibleInterface(rig.Row("a"))
+            ->actionInterface()
+            ->doAction(bDelete ? QStringLiteral("delete") : QStringLiteral("retry"));
+    EngineRig::Settle();
 }
 
 bool IsThere(PanelRig& rig, const char* pszName)
@@ -146,6 +173,51 @@ void PanelReentryTest::AFullDiskInsideARetryLeavesTheRowPaused()
     rig.Calls().Clear();
     rig.Press("a", PanelRig::StateButton); // resumes it
     QCOMPARE(rig.Calls().Count("StartDeviceRecordDownload a"), 1);
+}
+
+void PanelReentryTest::ARowThatGoesInsideItsReportSaysNoMore_data()
+{
+    AddWays();
+}
+
+// The download ends while the click is reported, and the client asks for it again: the press was not meant for that.
+void PanelReentryTest::ARowThatGoesInsideItsReportSaysNoMore()
+{
+    QFETCH(QString, by);
+    PanelRig rig;
+    rig.Send({"a", "b"});
+    rig.Show();
+    rig.RaiseState("a", 1);
+    Once(rig, "notify EventNotifyLogV2Report", [&rig] {
+        rig.RaiseState("a", 2);
+        rig.Send({"a"});
+    });
+    PressBy(rig, by, true);
+    QCOMPARE(rig.Calls().Count("StartDeviceRecordDownload a"), 2);
+    QVERIFY(rig.Row("a"));
+    QCOMPARE(rig.Counts().last(), 2);
+    rig.RaiseState("a", 1);
+    QCOMPARE(rig.StateOf("a"), 1);
+}
+
+void PanelReentryTest::ARetriedRowDeletedInsideItsReportStaysAway_data()
+{
+    AddWays();
+}
+
+void PanelReentryTest::ARetriedRowDeletedInsideItsReportStaysAway()
+{
+    QFETCH(QString, by);
+    PanelRig rig;
+    rig.Send({"a"});
+    rig.Show();
+    rig.RaiseState("a", 0);
+    rig.Calls().Clear();
+    Once(rig, "notify EventNotifyLogV2Report", [&rig] { rig.Panel().OnDeleteRecord(QStringLiteral("a")); });
+    PressBy(rig, by, false);
+    QCOMPARE(rig.Calls().Count("StartDeviceRecordDownload"), 0);
+    QVERIFY(!rig.Row("a"));
+    QCOMPARE(rig.Counts().last(), 0);
 }
 
 void PanelReentryTest::ThePictureOfADeletedRowGoesWhenItComes()
