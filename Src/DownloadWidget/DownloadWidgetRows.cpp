@@ -21,6 +21,7 @@
 #include <QtGui/QWindow>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -68,8 +69,8 @@ void DownloadWidget::AddDownloadInfo(DownloadRecordInfoPtr pInfo)
     connect(pRow, SIGNAL(SgnDeleteRecord(QString)), this, SLOT(OnDeleteRecord(QString)));
     connect(pRow, SIGNAL(SgnChangeDownloadState(bool)), this, SLOT(OnChangeDownloadState(bool)));
     ui->downloadListView->AddItem(pRow, true);
-    m_pListAccess->OnRowAdded(*pRow);
     ++m_iRowCount;
+    m_pListAccess->OnRowAdded(*pRow);
     RefreshCount();
     if (pRow && HasDevicePicture(*pInfo)) // the client may have deleted the row when it heard the count
         RequestThumbnail(*pRow, pInfo->strPicturePath);
@@ -228,14 +229,15 @@ void DownloadWidget::timerEvent(QTimerEvent* pEvent)
         return KXGui::KXDialog::timerEvent(pEvent);
     if (m_setProgressed.isEmpty())
         return m_frameTimer.stop(); // an idle panel sleeps
-    for (const QString& strRecordId : qAsConst(m_setProgressed)) {
+    // Listeners may let more arrive.
+    const QSet<QString> progressed = std::exchange(m_setProgressed, {});
+    for (const QString& strRecordId : progressed) {
         DownloadItem* pRow = RowOf(strRecordId);
         if (!pRow)
             continue;
         pRow->UpdateRecord(pRow->Record());
         RowNews::Progressed(*pRow);
     }
-    m_setProgressed.clear();
 }
 
 void DownloadWidget::OnDownloadRecordStates(QString strRecordId, int iCode, bool bReget)

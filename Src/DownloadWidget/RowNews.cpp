@@ -3,6 +3,8 @@
 #include "DownloadWidget/DownloadItem.h"
 #include "DownloadWidget/RowAccessible.h"
 
+#include <QtCore/QTimer>
+
 namespace {
 
 // Null when there is nobody to tell.
@@ -33,10 +35,13 @@ void RowNews::Goes(DownloadItem& row)
     Tell(row, QAccessible::ObjectDestroyed);
 }
 
+// A moment later: listeners may act when they hear of it, and the panel may have more rows in hand.
 void RowNews::StateChanged(DownloadItem& row)
 {
-    Tell(row, QAccessible::DescriptionChanged);
-    Progressed(row);
+    if (!Heard(row))
+        return;
+    QTimer::singleShot(0, &row, [&row] { Tell(row, QAccessible::DescriptionChanged); });
+    QTimer::singleShot(0, &row, [&row] { Progressed(row); });
 }
 
 void RowNews::Progressed(DownloadItem& row)

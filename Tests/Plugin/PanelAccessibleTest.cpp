@@ -1,58 +1,10 @@
 // The list as assistive technology sees it: its rows, what they say, what can be done with them, and what is announced.
 
+#include "Listener.h"
 #include "PanelRig.h"
 #include "TestMain.h"
 
-#include <QtCore/QMetaEnum>
-#include <QtGui/QAccessible>
-#include <QtGui/private/qguiapplication_p.h>
-#include <QtGui/qpa/qplatformaccessibility.h>
-#include <QtGui/qpa/qplatformintegration.h>
-
 namespace {
-
-// While it lives, assistive technology listens. What it is told of rows stands in a list as "event name value".
-class Listener
-{
-public:
-    Listener()
-    {
-        s_heard.clear();
-        QAccessible::installUpdateHandler(&Listener::Hear);
-        SetActive(true);
-    }
-    ~Listener()
-    {
-        SetActive(false);
-        QAccessible::installUpdateHandler(nullptr);
-    }
-    static bool HasHeard() { return !s_heard.isEmpty(); }
-    static QStringList Take()
-    {
-        EngineRig::Settle();
-        return std::exchange(s_heard, {});
-    }
-
-private:
-    // As a system does when its assistive technology comes and goes.
-    static void SetActive(bool bActive)
-    {
-        QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(bActive);
-    }
-    static void Hear(QAccessibleEvent* pEvent)
-    {
-        const auto* pRow = qobject_cast<DownloadItem*>(pEvent->object());
-        if (!pRow)
-            return;
-        const char* pszEvent = QMetaEnum::fromType<QAccessible::Event>().valueToKey(pEvent->type());
-        QString strText = QLatin1String(pszEvent) + QLatin1Char(' ') + pRow->Record()->strRecordId;
-        if (pEvent->type() == QAccessible::ValueChanged)
-            strText += QLatin1Char(' ') + static_cast<QAccessibleValueChangeEvent*>(pEvent)->value().toString();
-        s_heard.append(strText);
-    }
-
-    static inline QStringList s_heard;
-};
 
 QAccessibleInterface& List(PanelRig& rig)
 {
