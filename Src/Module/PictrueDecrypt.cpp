@@ -107,23 +107,31 @@ void PictrueDecrypt::Decrypt(const PictureDecryptJob& job)
         return;
     }
     const QString strPath = PicturePathOf(job.strDownloadPath);
-    SavePicture(job, QByteArray::fromBase64(QString::fromStdString(strClear).toLocal8Bit()), strPath);
-    emit SignalDecrptPictrueFinished(0, job.strUrl, strPath);
+    if (SavePicture(job, QByteArray::fromBase64(QString::fromStdString(strClear).toLocal8Bit()), strPath))
+        emit SignalDecrptPictrueFinished(0, job.strUrl, strPath);
 }
 
-// A recording whose path has no ".mp4" is its own picture path: what was already received is never overwritten.
-void PictrueDecrypt::SavePicture(const PictureDecryptJob& job, const QByteArray& bytes, const QString& strPath)
+// False when it was given up. A recording whose path has no ".mp4" is its own picture path: what was already received
+// is never overwritten.
+bool PictrueDecrypt::SavePicture(const PictureDecryptJob& job, const QByteArray& bytes, const QString& strPath)
 {
-    if (strPath == job.strDownloadPath && QFile::exists(strPath))
-        return;
-    if (!SafePicture::Save(bytes, strPath) && !isInterruptionRequested())
-        KX_ENGINE_LOG(LogFailure, "PictrueDecrypt::Decrypt", "no picture[%s]", strPath.toUtf8().constData());
+    if ((strPath == job.strDownloadPath && QFile::exists(strPath)) || SafePicture::Save(bytes, strPath))
+        return true;
+    if (isInterruptionRequested())
+        return false;
+    KX_ENGINE_LOG(LogFailure, "PictrueDecrypt::Decrypt", "no picture[%s]", strPath.toUtf8().constData());
+    return true;
 }
 
 // Posted like the signal, so that the owner hears of the jobs in their order.
 void PictrueDecrypt::TellUnreadable(const PictureDecryptJob& job)
 {
-    if (parent() && !isInterruptionRequested())
-        QMetaObject::invokeMethod(parent(), "OnPictureUnreadable", Qt::QueuedConnection, Q_ARG(QString, job.strUrl),
-                                  Q_ARG(QString, job.strDownloadPath));
+    if (isInterruptionRequested())
+        return;
+    const auto tell = [this, job] {
+        if (parent())
+            QMetaObject::invokeMethod(parent(), "OnPictureUnreadable", Q_ARG(QString, job.strUrl),
+                                      Q_ARG(QString, job.strDownloadPath));
+    };
+    QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
 }

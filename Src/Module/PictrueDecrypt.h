@@ -56,7 +56,7 @@ private:
     void WaitForWork();
     void Wake();
     void Decrypt(const PictureDecryptJob& job);
-    void SavePicture(const PictureDecryptJob& job, const QByteArray& bytes, const QString& strPath);
+    bool SavePicture(const PictureDecryptJob& job, const QByteArray& bytes, const QString& strPath);
     void TellUnreadable(const PictureDecryptJob& job);
 
     KXLogic::ICloudLogic* m_pCloudLogic;

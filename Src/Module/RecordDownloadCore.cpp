@@ -9,8 +9,10 @@
 #include "Model/HostEvents.h"
 #include "Module/EngineLog.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QDataStream>
 #include <QtCore/QDir>
+#include <QtCore/QEvent>
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
@@ -93,8 +95,11 @@ RecordDownloadModule::RecordDownloadModule(QObject* pParent)
     m_pDeviceLogic = static_cast<KXLogic::IDeviceLogic*>(pRegistry->GetLogicMdl(KXLogic::DeviceModule));
     RegisterWithHost();
     m_pPictrueDecrypt = new PictrueDecrypt(m_pCloudLogic, this);
-    connect(m_pPictrueDecrypt, &PictrueDecrypt::SignalDecrptPictrueFinished, this,
-            &RecordDownloadModule::OnPictureDecrptFinished);
+    // By way of the decrypter, so that Shutdown can have its last answers and nothing else that is on its way.
+    connect(m_pPictrueDecrypt, &PictrueDecrypt::SignalDecrptPictrueFinished, m_pPictrueDecrypt,
+            [this](int iCode, const QString& strUrl, const QString& strPath) {
+                OnPictureDecrptFinished(iCode, strUrl, strPath);
+            });
     m_pPictrueDecrypt->Start(); // connected before: a thread that starts reads its connections unlocked
     connect(this, &RecordDownloadModule::SignalGetDevicePasswordResponse, this,
             &RecordDownloadModule::OnGetDevicePassword);
@@ -133,6 +138,8 @@ void RecordDownloadModule::Shutdown()
 {
     if (std::exchange(m_bShuttingDown, true))
         return;
+    m_pPictrueDecrypt->Stop();
+    QCoreApplication::sendPostedEvents(m_pPictrueDecrypt, QEvent::MetaCall); // covers that were saved just now
     delete m_pPictrueDecrypt;
     m_pPictrueDecrypt = nullptr;
     if (m_pDownloadLogic)

@@ -263,6 +263,7 @@ private:
     void DecryptPictures(const QString& strUrl, const QString& strLocalPath);
     std::optional<CloudPictureInfo> TakeDecrypted(const QString& strUrl);
     static bool WasListed(const CloudPictureInfo& info);
+    bool IsGoingOn(const CloudPictureInfo& info) const;
     void PictureReady(const CloudPictureInfo& info, const QString& strPath);
     void DropWrongKeyTask(const CloudPictureInfo& info);
     DownloadTaskPtr HeldTask(const CloudPictureInfo& info) const;

@@ -9,6 +9,8 @@
 
 #include <QtCore/QFileInfo>
 
+#include <algorithm>
+
 using namespace KXDownLoadList;
 
 namespace {
@@ -41,7 +43,7 @@ void RecordDownloadModule::OnPictureDownloaded(int iResult, const QString& strUr
     if (iResult == 0 && m_pPictrueDecrypt && m_pCloudLogic) {
         // The cover is saved before the transfer starts; of a task that was deleted meanwhile nothing shall appear.
         for (const CloudPictureInfo& info : undecrypted) {
-            if (m_promisedPaths.IsTaken(info.strDownloadPath))
+            if (IsGoingOn(info))
                 MakeFolderOf(info.strDownloadPath);
         }
         DecryptPictures(strUrl, strLocalPath);
@@ -96,13 +98,15 @@ void RecordDownloadModule::OnPictureUnreadable(QString strUrl, QString strDownlo
 void RecordDownloadModule::OnPictureDecrptFinished(int iCode, QString strUrl, QString strDecrptLocalPicpath)
 {
     const std::optional<CloudPictureInfo> taken = TakeDecrypted(strUrl);
-    if (!taken || m_bShuttingDown)
+    if (!taken)
         return;
     const CloudPictureInfo& info = *taken;
 
-    // A cover that arrives after its recording was deleted would lie there for ever.
-    if (iCode == 0 && !m_promisedPaths.IsTaken(info.strDownloadPath) && !QFileInfo::exists(info.strDownloadPath))
+    // A cover that arrives after its recording was dropped would lie there for ever.
+    if (iCode == 0 && (m_bShuttingDown || !IsGoingOn(info)) && !QFileInfo::exists(info.strDownloadPath))
         RemoveFileJpg(info.strDownloadPath);
+    if (m_bShuttingDown)
+        return;
     if (iCode == 0 && WasListed(info)) {
         emit SignalUpdateCloudPictureInfo(info.strRecordId, strDecrptLocalPicpath);
     } else if (iCode == 0) {
@@ -119,6 +123,15 @@ void RecordDownloadModule::OnPictureDecrptFinished(int iCode, QString strUrl, QS
 bool RecordDownloadModule::WasListed(const CloudPictureInfo& info)
 {
     return !info.strDeviceAccount.isEmpty() && !info.strKeyText.isEmpty();
+}
+
+// True while the engine has the task that this picture was asked for.
+bool RecordDownloadModule::IsGoingOn(const CloudPictureInfo& info) const
+{
+    const DownloadTasks tasks = TasksOf(Sources[CloudRecord], info.strRecordId);
+    return std::any_of(tasks.begin(), tasks.end(), [&info](const DownloadTaskPtr& pTask) {
+        return !pTask->bDropped && pTask->pRecord->strDownloadPath == info.strDownloadPath;
+    });
 }
 
 // Releases the task that is held for this picture.

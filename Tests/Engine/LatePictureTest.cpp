@@ -17,8 +17,8 @@ private slots:
     void AFolderIsMadeForALivingTaskOnly_data();
     void AFolderIsMadeForALivingTaskOnly();
     void OneOfTwoTasksDeletedGetsNoFolder();
-    void TheCoverOfATaskDeletedMeanwhileIsRemoved_data();
-    void TheCoverOfATaskDeletedMeanwhileIsRemoved();
+    void ACoverIsLeftBesideItsRecordingOnly_data();
+    void ACoverIsLeftBesideItsRecordingOnly();
 };
 
 namespace {
@@ -33,7 +33,7 @@ void SendListedAndResume(EngineRig& rig)
 }
 
 // What becomes of a task while its picture is decrypted.
-enum class Meanwhile { Nothing, Deleted, Finished };
+enum class Meanwhile { Nothing, Deleted, Finished, Failed, Paused };
 
 } // namespace
 
@@ -123,7 +123,7 @@ void LatePictureTest::OneOfTwoTasksDeletedGetsNoFolder()
     QCOMPARE(FilesLeft(rig, {"1", "2", "2/a.jpg"}), Texts({"2", "2/a.jpg"}));
 }
 
-void LatePictureTest::TheCoverOfATaskDeletedMeanwhileIsRemoved_data()
+void LatePictureTest::ACoverIsLeftBesideItsRecordingOnly_data()
 {
     QTest::addColumn<bool>("listed");
     QTest::addColumn<Meanwhile>("meanwhile");
@@ -133,9 +133,11 @@ void LatePictureTest::TheCoverOfATaskDeletedMeanwhileIsRemoved_data()
     QTest::newRow("held, not deleted") << false << Meanwhile::Nothing << true;
     QTest::newRow("running, not deleted") << true << Meanwhile::Nothing << true;
     QTest::newRow("running, finished") << true << Meanwhile::Finished << true;
+    QTest::newRow("running, failed") << true << Meanwhile::Failed << false;
+    QTest::newRow("running, paused") << true << Meanwhile::Paused << true;
 }
 
-void LatePictureTest::TheCoverOfATaskDeletedMeanwhileIsRemoved()
+void LatePictureTest::ACoverIsLeftBesideItsRecordingOnly()
 {
     QFETCH(bool, listed);
     QFETCH(Meanwhile, meanwhile);
@@ -149,10 +151,13 @@ void LatePictureTest::TheCoverOfATaskDeletedMeanwhileIsRemoved()
     QTRY_COMPARE(rig.Calls().Count("DecryptPicture"), 1);
     if (meanwhile == Meanwhile::Deleted)
         rig.Engine().DeleteRecordDownload(0, QStringLiteral("1"), rig.World().Path("1.mp4"));
-    if (meanwhile == Meanwhile::Finished) {
+    const bool bLeavesFile = meanwhile == Meanwhile::Finished || meanwhile == Meanwhile::Paused;
+    if (bLeavesFile)
         rig.World().WriteFile("1.mp4");
-        rig.RaiseState(Source::Cloud, "1", 2);
-    }
+    if (meanwhile == Meanwhile::Finished || meanwhile == Meanwhile::Failed)
+        rig.RaiseState(Source::Cloud, "1", meanwhile == Meanwhile::Finished ? 2 : 0);
+    if (meanwhile == Meanwhile::Paused)
+        rig.Engine().PauseRecordDownloads(Rows(rig, {"1"}));
     QObject here;
     connect(
         rig.Engine().findChild<PictrueDecrypt*>(), &PictrueDecrypt::SignalDecrptPictrueFinished, &here,
@@ -160,7 +165,7 @@ void LatePictureTest::TheCoverOfATaskDeletedMeanwhileIsRemoved()
     rig.World().Cloud().OpenDecryptGate();
     QTRY_VERIFY(bSettled);
     QCOMPARE(rig.World().HasFile("1.jpg"), left);
-    QCOMPARE(rig.World().HasFile("1.mp4"), meanwhile == Meanwhile::Finished);
+    QCOMPARE(rig.World().HasFile("1.mp4"), bLeavesFile);
 }
 
 KX_TEST(LatePictureTest, QCoreApplication)

@@ -1,7 +1,6 @@
 // The engine's end: in order, for good, at any moment; and its destruction without it.
 
-#include "Engine/EngineCases.h"
-#include "Module/PictrueDecrypt.h"
+#include "Engine/CoverPictures.h"
 #include "TestMain.h"
 
 #include <QtCore/QEventLoop>
@@ -32,6 +31,7 @@ private slots:
     void WaitsForTheCallbacksOfOtherThreads();
     void APictureThatIsBeingDecryptedEndsFirst();
     void ASettledPictureOnItsWayIsDropped();
+    void ACoverSavedJustBeforeGoesWithItsHeldTask();
     void AFetchedPictureGivesNoSignal_data();
     void AFetchedPictureGivesNoSignal();
     void ThePanelHearsNothingOfIt();
@@ -298,6 +298,18 @@ void ShutdownTest::ASettledPictureOnItsWayIsDropped()
     rig.Calls().Clear();
     rig.Settle();
     QCOMPARE(rig.Calls().Count("Start"), 0);
+}
+
+// The engine has not heard of it, and the recording that it would lie beside never comes.
+void ShutdownTest::ACoverSavedJustBeforeGoesWithItsHeldTask()
+{
+    EngineRig rig;
+    SendTasks(rig, Source::Cloud, {"1"});
+    rig.World().Cloud().QueueDecryption(0, CoverPictures::Small());
+    EmitSettledPicture(rig);
+    QCOMPARE(FilesLeft(rig, {"1.jpg"}), Texts({"1.jpg"}));
+    rig.Engine().Shutdown();
+    QCOMPARE(FilesLeft(rig, {"1.jpg"}), Texts({}));
 }
 
 void ShutdownTest::AFetchedPictureGivesNoSignal_data()
