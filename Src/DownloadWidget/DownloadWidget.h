@@ -93,6 +93,7 @@ private:
     void ForgetPaused(const QString& strRecordId);
     void SetAllStartText() { SetAllStartText(!m_listPausedRecordIds.isEmpty()); }
     void DropPicture(const KXDownLoadList::DownloadRecordInfo& record);
+    void KeepPicture(const KXDownLoadList::DownloadRecordInfo& record);
     void RepaintWithNextFrame(const QString& strRecordId);
     void RequestThumbnail(const DownloadItem& row, const QString& strSource);
     void RemoveRow(DownloadItem& row);
@@ -105,8 +106,8 @@ private:
     QMap<int, KXSvgPixmap*> m_mapButtonPixmap; // shared with every row
     QThread* m_pThumbnailThread = nullptr;
     SaveDeviceRecordThumbWorker* m_pThumbnailWorker = nullptr;
-    QHash<QString, int> m_mapThumbnailRequests;   // on their way, by record id
-    QHash<QString, QString> m_mapDroppedPictures; // of those, files that are to go when they come
+    QHash<QString, int> m_mapThumbnailRequests;        // on their way, by record id
+    QMultiHash<QString, QString> m_mapDroppedPictures; // of those, files that are to go when they come
     // Records that were asked for under the id of a row that stands for another one.
     QMultiHash<QString, DownloadRecordInfoPtr> m_mapOtherRecords;
     int m_iRowCount = 0;

@@ -61,7 +61,7 @@ void DownloadWidget::AddDownloadInfo(DownloadRecordInfoPtr pInfo)
 {
     if (DownloadItem* pShown = RowOf(pInfo->strRecordId))
         return AskedAgain(*pShown, pInfo);
-    m_mapDroppedPictures.remove(pInfo->strRecordId);
+    KeepPicture(*pInfo);
     const QPointer<DownloadItem> pRow = new DownloadItem(this, m_mapButtonPixmap);
     pRow->SetRecord(pInfo);
     pRow->SetAwaitsPicture(HasDevicePicture(*pInfo));
@@ -136,8 +136,10 @@ void DownloadWidget::ForgetEnded(const QString& strRecordId, bool bRemovesFiles)
         if (m_pEngine->StateOf(pRecord) != TaskState::Outside)
             continue;
         m_mapOtherRecords.remove(strRecordId, pRecord);
-        if (bRemovesFiles)
-            m_pEngine->RemoveFileJpg(pRecord->strDownloadPath);
+        if (!bRemovesFiles)
+            continue;
+        DropPicture(*pRecord);
+        m_pEngine->RemoveFileJpg(pRecord->strDownloadPath);
     }
 }
 
@@ -160,6 +162,11 @@ void DownloadWidget::DropPicture(const KXDownLoadList::DownloadRecordInfo& recor
     const QString strPicturePath = PicturePathOf(record.strDownloadPath);
     if (m_mapThumbnailRequests.contains(record.strRecordId) && strPicturePath != record.strDownloadPath)
         m_mapDroppedPictures.insert(record.strRecordId, strPicturePath);
+}
+
+void DownloadWidget::KeepPicture(const KXDownLoadList::DownloadRecordInfo& record)
+{
+    m_mapDroppedPictures.remove(record.strRecordId, PicturePathOf(record.strDownloadPath));
 }
 
 void DownloadWidget::OnGetDeviceRecordThumbs(QVariantList list)
@@ -185,8 +192,9 @@ void DownloadWidget::OnCopyPictureFinished(QString strRecordID, QString strPath)
 {
     if (--m_mapThumbnailRequests[strRecordID] <= 0) {
         m_mapThumbnailRequests.remove(strRecordID);
-        if (m_mapDroppedPictures.contains(strRecordID))
-            QFile::remove(m_mapDroppedPictures.take(strRecordID));
+        for (const QString& strDropped : m_mapDroppedPictures.values(strRecordID))
+            QFile::remove(strDropped);
+        m_mapDroppedPictures.remove(strRecordID);
     }
     DownloadItem* pRow = RowOf(strRecordID);
     if (!pRow || pRow->Record()->iRecordType != KXDownLoadList::DeviceRecord)
@@ -331,7 +339,7 @@ void DownloadWidget::RestartRow(DownloadItem& row)
 {
     row.Record()->lReceivedSize = 0;
     row.SetState(RowState::Waiting);
-    m_mapDroppedPictures.remove(row.Record()->strRecordId);
+    KeepPicture(*row.Record());
 }
 
 // A row is told before the engine is: inside a start the host may report a full disk, which pauses it again.

@@ -26,6 +26,7 @@ private slots:
     void ARetriedRowDeletedInsideItsReportStaysAway_data();
     void ARetriedRowDeletedInsideItsReportStaysAway();
     void ThePictureOfADeletedRowGoesWhenItComes();
+    void ThePictureOfADeletedRowGoesThoughItsIdIsBack();
     void ThePictureOfAPausedRowGoesWithThePanel();
 };
 
@@ -228,6 +229,20 @@ void PanelReentryTest::ThePictureOfADeletedRowGoesWhenItComes()
     rig.Panel().OnDeleteRecord(QStringLiteral("a"));
     QVERIFY(!rig.Row("a"));
     rig.Destroy(); // waits for the picture
+    QVERIFY(!IsThere(rig, "a.jpg"));
+}
+
+// The client asks for the recording again, for another folder.
+void PanelReentryTest::ThePictureOfADeletedRowGoesThoughItsIdIsBack()
+{
+    PanelRig rig;
+    rig.Show();
+    rig.Panel().AddDownloadInfo(WithPicture(rig));
+    rig.Panel().OnDeleteRecord(QStringLiteral("a"));
+    const auto pAgain = rig.Made("a");
+    pAgain->strDownloadPath = rig.World().Path("elsewhere.mp4");
+    rig.Panel().AddDownloadInfo(pAgain);
+    QTRY_COMPARE(pAgain->strPicturePath, rig.World().Path("a.jpg")); // it was made
     QVERIFY(!IsThere(rig, "a.jpg"));
 }
 
