@@ -23,6 +23,7 @@ private slots:
     void DeletingARowCleansUpAllItsTasks();
     void OfTwinsOneFileIsLeftWhenOneFinishes();
     void TheRowGoesOverToTheTwinThatWaits();
+    void DeletingARowShowsTheOtherSourcesTaskOfItsId();
     void DeletingThePausedRowOffersToPauseAll();
     void APictureUnderWayGoesWithItsRecording_data();
     void APictureUnderWayGoesWithItsRecording();
@@ -275,6 +276,25 @@ void SentAgainPanelTest::TheRowGoesOverToTheTwinThatWaits()
     rig.Press("1", PanelRig::DeleteButton);
     QVERIFY(!rig.Row("1"));
     QCOMPARE(Left(rig, {"1.mp4", "1(1).mp4"}), Texts({"1.mp4"})); // the finished one stays
+}
+
+// A device and the cloud may use the same id.
+void SentAgainPanelTest::DeletingARowShowsTheOtherSourcesTaskOfItsId()
+{
+    PanelRig rig;
+    rig.Show();
+    rig.Send({"1"});
+    SendCloud(rig, {"1"});
+    QCOMPARE(rig.Record("1").iRecordType, 1);
+    rig.Press("1", PanelRig::DeleteButton);
+    QCOMPARE(rig.Calls().Short("Stop"), Texts({"StopDeviceRecordDownload 1"}));
+    QCOMPARE(rig.Counts().last(), 1);
+    QCOMPARE(rig.Record("1").iRecordType, 0);
+    RaiseCloud(rig, "1", 1);
+    QCOMPARE(rig.StateOf("1"), 1);
+    rig.Press("1", PanelRig::DeleteButton);
+    QCOMPARE(rig.Calls().Count("StopCloudRecordDownload 1"), 1);
+    QVERIFY(!rig.Row("1"));
 }
 
 void SentAgainPanelTest::DeletingThePausedRowOffersToPauseAll()
