@@ -4,8 +4,10 @@
 #include "DownloadWidget/RowNews.h"
 #include "KXGui/GraphicsGridView.h"
 
+#include <QtCore/QScopedValueRollback>
 #include <QtCore/QTimer>
 #include <QtGui/QKeyEvent>
+#include <QtWidgets/QApplication>
 
 #include <algorithm>
 
@@ -88,14 +90,21 @@ void RowFocus::OnKey(const QKeyEvent& event)
         if (pRow)
             MoveTo(*pRow);
     } else if (!bPresses) {
+        m_meantForAnother = QDeadlineTimer();
         MoveTo(*Target(event.key()));
-    } else if (!event.isAutoRepeat()) {
-        ScrollTo(*pRow);
-        if (event.key() == Qt::Key_Space)
-            pRow->PressStateButton(event.type(), Qt::NoButton);
-        else
-            pRow->PressDeleteButton(event.type(), Qt::NoButton);
+    } else if (!event.isAutoRepeat() && m_meantForAnother.hasExpired()) {
+        Press(*pRow, event);
     }
+}
+
+void RowFocus::Press(DownloadItem& row, const QKeyEvent& event)
+{
+    const QScopedValueRollback<bool> pressing(m_bPressing, true);
+    ScrollTo(row);
+    if (event.key() == Qt::Key_Space)
+        row.PressStateButton(event.type(), Qt::NoButton);
+    else
+        row.PressDeleteButton(event.type(), Qt::NoButton);
 }
 
 DownloadItem* RowFocus::Target(int iKey) const
@@ -159,6 +168,8 @@ void RowFocus::OnRowGoes(const DownloadItem& row)
         const int iRow = m_rows.IndexOf(&row);
         DownloadItem* pNext = m_rows.At(iRow + 1);
         SetCurrent(pNext ? pNext : m_rows.At(iRow - 1));
+        if (!m_bPressing)
+            m_meantForAnother.setRemainingTime(QApplication::doubleClickInterval());
     }
     m_rows.Forget();
 }

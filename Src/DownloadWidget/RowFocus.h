@@ -2,6 +2,7 @@
 
 #include "DownloadWidget/RowOrder.h"
 
+#include <QtCore/QDeadlineTimer>
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
 
@@ -13,7 +14,7 @@ class QKeyEvent;
 
 // The row on which the keyboard acts, remembered by its record id: rows above it may come and go. It has a frame while
 // the list has the focus and was last used by the keyboard; Space and Delete press the buttons of a row that shows its
-// frame, and of no other.
+// frame, and of no other, nor of one that has only just got it because the row before it ended.
 //
 // Thread: the GUI thread. The view outlives this.
 class RowFocus : public QObject
@@ -42,6 +43,7 @@ public:
     void OnRowGoes(const DownloadItem& row);
 
 private:
+    void Press(DownloadItem& row, const QKeyEvent& event);
     void SetCurrent(DownloadItem* pRow);
     void ShowFrame();
     void ScrollTo(const DownloadItem& row);
@@ -56,5 +58,7 @@ private:
     std::optional<QString> m_recordId;
     QPointer<DownloadItem> m_pFramed;
     bool m_bByKeys = false; // the last input was by the keyboard
+    bool m_bPressing = false;
     bool m_bScrollPending = false;
+    QDeadlineTimer m_meantForAnother; // until then, a press was aimed at the row that ended
 };

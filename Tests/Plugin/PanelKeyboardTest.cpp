@@ -101,6 +101,8 @@ private slots:
     void ReturnPressesNothing();
     void ARowMayEndInsideItsOwnKey_data();
     void ARowMayEndInsideItsOwnKey();
+    void AKeyMeantForARowThatEndedPressesNothing_data();
+    void AKeyMeantForARowThatEndedPressesNothing();
     void TheLastRowMayGo();
 };
 
@@ -427,6 +429,35 @@ void PanelKeyboardTest::ARowMayEndInsideItsOwnKey()
     QCOMPARE(rig.View().GetAllItem().size(), 1);
     QCOMPARE(rig.Framed(), QStringLiteral("r01"));
     QCOMPARE(rig.Reports().size(), 1);
+}
+
+void PanelKeyboardTest::AKeyMeantForARowThatEndedPressesNothing_data()
+{
+    ARowMayEndInsideItsOwnKey_data();
+}
+
+// The frame has gone over to the next row only just now.
+void PanelKeyboardTest::AKeyMeantForARowThatEndedPressesNothing()
+{
+    QFETCH(int, key);
+    KeyRig rig(4);
+    rig.Focus();
+    const int iOld = QApplication::doubleClickInterval();
+    QApplication::setDoubleClickInterval(1000000);
+    rig.Panel().FinishDownloadRecord(QStringLiteral("r00"));
+    rig.Key(Qt::Key(key));
+    QCOMPARE(rig.Reports(), QStringList());
+    QCOMPARE(rig.Framed(), QStringLiteral("r01"));
+    rig.Key(Qt::Key_Down); // the user has seen it
+    rig.Key(Qt::Key(key));
+    QCOMPARE(rig.Reports().size(), 1);
+    QApplication::setDoubleClickInterval(0);
+    rig.Focus();
+    const QByteArray framed = rig.Framed().toLatin1();
+    rig.Panel().FinishDownloadRecord(QString::fromLatin1(framed));
+    rig.Key(Qt::Key(key)); // late enough
+    QCOMPARE(rig.Reports().size(), 2);
+    QApplication::setDoubleClickInterval(iOld);
 }
 
 void PanelKeyboardTest::TheLastRowMayGo()
