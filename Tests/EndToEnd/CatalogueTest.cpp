@@ -20,7 +20,7 @@ void CatalogueTest::TheWholeCatalogueArrives()
 {
     Workplace place;
     const ClientResult result = RunClient({"download"_s, "--out"_s, place.Path("out"_s), "--json"_s,
-                                           place.Path("report.json"_s), "--timeout"_s, "100"_s});
+                                           place.Path("report.json"_s), "--timeout"_s, "300"_s});
     QVERIFY2(result.iExit == 0, result.Said());
     QCOMPARE(result.LastOutLine(), "14 recordings, 14 whole, 0 failed"_s);
     QCOMPARE(result.strOut.count("recordings, "_s), 1);

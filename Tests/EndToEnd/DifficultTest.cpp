@@ -42,7 +42,7 @@ void DifficultTest::initTestCase()
 {
     m_result =
         RunClient({"download"_s, "--difficult"_s, "--out"_s, m_place.Path("out"_s), "--json"_s,
-                   m_place.Path("report.json"_s), "--log"_s, m_place.Path("client.log"_s), "--timeout"_s, "100"_s});
+                   m_place.Path("report.json"_s), "--log"_s, m_place.Path("client.log"_s), "--timeout"_s, "300"_s});
     m_log = m_place.Read("client.log"_s);
 }
 

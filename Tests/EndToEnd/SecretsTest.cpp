@@ -102,7 +102,7 @@ void SecretsTest::TheDemonstrationShowsNone()
     const Workplace place;
     VerifyHidden(place,
                  Run(place, {"download"_s, "--difficult"_s, "--out"_s, place.Path("out"_s), "--json"_s,
-                             place.Path("report.json"_s), "--timeout"_s, "100"_s}),
+                             place.Path("report.json"_s), "--timeout"_s, "300"_s}),
                  secrets);
 }
 

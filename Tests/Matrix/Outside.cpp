@@ -1,5 +1,7 @@
 #include "Matrix/Outside.h"
 
+#include "TestMain.h"
+
 #include <QtGui/QMouseEvent>
 #include <QtGui/QResizeEvent>
 
