@@ -90,30 +90,20 @@ void PanelListenerTest::RowsMayEndWhenOneIsHeardOf()
         QVERIFY(iCount >= 0 && (heard != QLatin1String("ObjectCreated") || iCount >= iFewest));
 }
 
-// The host reports on while the rows that got on are told of.
+// What arrives while a row that got on is told of comes with the next frame.
 void PanelListenerTest::DataMayArriveWhenProgressIsHeardOf()
 {
     PanelRig rig;
-    rig.Send({"a", "b"});
+    rig.Send({"a"});
     rig.Show();
-    for (int iRow = 0; iRow < 200; ++iRow)
-        rig.Panel().AddDownloadInfo(rig.Made(qPrintable(QString::number(iRow))));
-    for (const char* pszId : {"a", "b"}) {
-        rig.RaiseState(pszId, 1);
-        rig.Record(pszId).lReceivedSize = 0;
-    }
+    rig.RaiseState("a", 1);
+    rig.Record("a").lReceivedSize = 0;
     const Listener listener([&rig](const QString& strHeard) {
-        if (!strHeard.startsWith(QLatin1String("ValueChanged")) || rig.Record("a").lReceivedSize >= 1000)
-            return;
-        for (int iRow = 0; iRow < 200; ++iRow)
-            rig.Panel().OnDownloadRecordData(QString::number(iRow), 1);
-        rig.Panel().OnDownloadRecordData(QStringLiteral("a"), 500);
+        if (strHeard == QLatin1String("ValueChanged a 50"))
+            rig.Panel().OnDownloadRecordData(QStringLiteral("a"), 500);
     });
     rig.Panel().OnDownloadRecordData(QStringLiteral("a"), 500);
-    rig.Panel().OnDownloadRecordData(QStringLiteral("b"), 500);
-    QTRY_VERIFY(Listener::HasHeard());
-    QTRY_VERIFY(Listener::Heard().contains(QStringLiteral("ValueChanged a 100")));
-    QVERIFY(Listener::Heard().contains(QStringLiteral("ValueChanged b 50")));
+    QTRY_COMPARE(Listener::Heard(), Texts({"ValueChanged a 50", "ValueChanged a 100"}));
 }
 
 KX_TEST(PanelListenerTest, QApplication)
