@@ -122,9 +122,6 @@ void GuiTest::HelpNeedsNoDisplay()
 
 void GuiTest::ThePictureShowsRowsOfAllStates()
 {
-#ifdef Q_OS_WIN
-    QSKIP("known fault: the scene's device rows do not get into the picture under Wine, see Docs/Windows.md");
-#endif
     Workplace place;
     const ClientResult result = RunClient({"screenshot"_s, "--to"_s, place.Path("window.png"_s)});
     QVERIFY2(result.iExit == 0, result.Said());
