@@ -39,8 +39,8 @@ private slots:
     void LateStatesOfClearedTasksAreDropped();
     void HeldCloudTasksStay();
     void TellsThePanelAtTheEnd();
-    void ATaskThatArrivesWhileItClearsWaitsForTheNewFoldersVolume_data();
-    void ATaskThatArrivesWhileItClearsWaitsForTheNewFoldersVolume();
+    void ATaskSentWhileItClearsWaitsForRoomInTheNewFolder_data();
+    void ATaskSentWhileItClearsWaitsForRoomInTheNewFolder();
     void AnEmptyEventIsIgnored();
     void AClearedTaskMayBeStartedAgain();
 };
@@ -147,14 +147,14 @@ void ClearTest::TellsThePanelAtTheEnd()
     QCOMPARE(ScriptedDisk::Asked(), measured); // armed, and with the new folder
 }
 
-void ClearTest::ATaskThatArrivesWhileItClearsWaitsForTheNewFoldersVolume_data()
+void ClearTest::ATaskSentWhileItClearsWaitsForRoomInTheNewFolder_data()
 {
     QTest::addColumn<Source>("source");
     QTest::newRow("of another source") << Source::Device;
     QTest::newRow("of the same source: is it measured only when the place is free?") << Source::LanModule;
 }
 
-void ClearTest::ATaskThatArrivesWhileItClearsWaitsForTheNewFoldersVolume()
+void ClearTest::ATaskSentWhileItClearsWaitsForRoomInTheNewFolder()
 {
     QFETCH(Source, source);
     EngineRig rig;

@@ -26,8 +26,8 @@ private slots:
     void AnAnswerInsideItsQueryWaitsForTheHandle();
     void OnlyTheDeviceOfTheAnswerIsFreed_data();
     void OnlyTheDeviceOfTheAnswerIsFreed();
-    void NoLocalEncodingLosesTheDevice_data();
-    void NoLocalEncodingLosesTheDevice();
+    void TheDeviceIsFoundInAnyLocalEncoding_data();
+    void TheDeviceIsFoundInAnyLocalEncoding();
     void UserDataAreReadInTheLocalEncodingFirst();
     void ALateAnswerFreesTheQueueOfADeletedTask();
     void AnAnswerAfterShutdownStartsNothing_data();
@@ -250,7 +250,7 @@ void PasswordAnswerTest::OnlyTheDeviceOfTheAnswerIsFreed()
     QCOMPARE(rig.Task("2")->strPassword, QString());
 }
 
-void PasswordAnswerTest::NoLocalEncodingLosesTheDevice_data()
+void PasswordAnswerTest::TheDeviceIsFoundInAnyLocalEncoding_data()
 {
     QTest::addColumn<QByteArray>("encoding");
     QTest::addColumn<QString>("device");
@@ -263,7 +263,7 @@ void PasswordAnswerTest::NoLocalEncodingLosesTheDevice_data()
     }
 }
 
-void PasswordAnswerTest::NoLocalEncodingLosesTheDevice()
+void PasswordAnswerTest::TheDeviceIsFoundInAnyLocalEncoding()
 {
     QFETCH(QByteArray, encoding);
     QFETCH(QString, device);

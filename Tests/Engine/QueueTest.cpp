@@ -22,8 +22,8 @@ private slots:
     void RemoveTakesJustThatTask();
 
     void APathIsPromisedToOneTask();
-    void APathIsOneHoweverItIsWritten_data();
-    void APathIsOneHoweverItIsWritten();
+    void APathIsTheSameHoweverItIsWritten_data();
+    void APathIsTheSameHoweverItIsWritten();
     void ARelativePathIsTheAbsoluteOne();
     void APromiseEndsWithItsTask();
     void APromiseEndsWhenItIsReleased_data();
@@ -131,7 +131,7 @@ void QueueTest::APathIsPromisedToOneTask()
     QVERIFY(!paths.IsTaken(QString()));
 }
 
-void QueueTest::APathIsOneHoweverItIsWritten_data()
+void QueueTest::APathIsTheSameHoweverItIsWritten_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<bool>("taken");
@@ -142,7 +142,7 @@ void QueueTest::APathIsOneHoweverItIsWritten_data()
     QTest::newRow("in another folder") << QStringLiteral("/e/Übung.mp4") << false;
 }
 
-void QueueTest::APathIsOneHoweverItIsWritten()
+void QueueTest::APathIsTheSameHoweverItIsWritten()
 {
     QFETCH(QString, path);
     QFETCH(bool, taken);

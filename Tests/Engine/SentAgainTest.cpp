@@ -19,8 +19,8 @@ private slots:
     void InsideTheStopOfItsDeletionItRunsAnew();
     void InsideTheStopOfItsFinishItIsOneTask_data();
     void InsideTheStopOfItsFinishItIsOneTask();
-    void InsideTheEventOfItsFailureItIsTakenWhereThatIsOver_data();
-    void InsideTheEventOfItsFailureItIsTakenWhereThatIsOver();
+    void InsideItsFailureEventOnlyADeviceTakesItAgain_data();
+    void InsideItsFailureEventOnlyADeviceTakesItAgain();
     void AShutdownInsideAStartStopsThatTransfer_data();
     void AShutdownInsideAStartStopsThatTransfer();
     void APasswordRequestInsideAStartHoldsTheSource();
@@ -209,7 +209,7 @@ void SentAgainTest::InsideTheStopOfItsFinishItIsOneTask()
     QCOMPARE(FreePlaces(rig, of.source), taken ? of.iLimit - 1 : of.iLimit);
 }
 
-void SentAgainTest::InsideTheEventOfItsFailureItIsTakenWhereThatIsOver_data()
+void SentAgainTest::InsideItsFailureEventOnlyADeviceTakesItAgain_data()
 {
     QTest::addColumn<SourceCase>("of");
     QTest::addColumn<bool>("taken"); // the event comes after the act
@@ -219,7 +219,7 @@ void SentAgainTest::InsideTheEventOfItsFailureItIsTakenWhereThatIsOver_data()
     QTest::newRow("LAN module") << SourceCases[3] << false;
 }
 
-void SentAgainTest::InsideTheEventOfItsFailureItIsTakenWhereThatIsOver()
+void SentAgainTest::InsideItsFailureEventOnlyADeviceTakesItAgain()
 {
     QFETCH(SourceCase, of);
     QFETCH(bool, taken);

@@ -19,7 +19,7 @@ private slots:
     void LeavesAHostThatLacksSomething();
     void EndsTheDecrypterBeforeItLeavesTheHost();
     void RemovesFilesWhenTheHostWritesNoMore();
-    void FilesGoAsWithAFullDisk();
+    void RemovesTheSameFilesAsAFullDisk();
     void StartsNothingWhateverArrivesAfterwards();
     void StartsNothingWhileItLeavesTheHost();
     void AListThatArrivesMeanwhileKeepsWaiting_data();
@@ -115,7 +115,7 @@ void ShutdownTest::RemovesFilesWhenTheHostWritesNoMore()
     QVERIFY(!rig.World().HasFile("1.mp4"));
 }
 
-void ShutdownTest::FilesGoAsWithAFullDisk()
+void ShutdownTest::RemovesTheSameFilesAsAFullDisk()
 {
     EngineRig rig(NoPictures);
     FillAllQueues(rig);

@@ -13,7 +13,7 @@ private slots:
     void WhatAFullDiskHeldBackStartsAtAllSources();
     void AnIgnoredRecordTakesNoNumber_data();
     void AnIgnoredRecordTakesNoNumber();
-    void AFolderThatCannotBeMadeIsLoggedOnceForACoveredTask();
+    void AFolderThatCannotBeMadeIsLoggedOnceForATaskWithACover();
     void ARequestOfAnUnreadablePictureIsForgotten();
     void TheHostGetsThePathThatWasChecked();
     void ATaskOfAHostWithoutTransfersIsLogged();
@@ -108,7 +108,7 @@ void SmallPrintTest::AnIgnoredRecordTakesNoNumber()
     QCOMPARE(rig.Task("2")->strDownloadPath, rig.World().Path("a(1).mp4"));
 }
 
-void SmallPrintTest::AFolderThatCannotBeMadeIsLoggedOnceForACoveredTask()
+void SmallPrintTest::AFolderThatCannotBeMadeIsLoggedOnceForATaskWithACover()
 {
     EngineRig rig;
     rig.World().WriteFile("file"); // no folder can be made below a file

@@ -28,7 +28,7 @@ private slots:
     void AThumbnailArrivesInItsRow();
     void AThumbnailIsTakenByThePanelsThread();
     void ADevicesOwnPictureIsNotShown();
-    void ADearPictureRepaintsItsRowAlone();
+    void ACostlyPictureRepaintsItsRowAlone();
     void AMissingPictureEmptiesTheRowsPath();
     void OnlyDeviceRowsTakeTheirThumbnail();
     void ACloudPictureIsTakenAsItComes();
@@ -205,7 +205,7 @@ void PanelPicturesTest::ADevicesOwnPictureIsNotShown()
     QVERIFY(Shown(rig, "a").red() > 250 && Shown(rig, "a").blue() < 5);
 }
 
-void PanelPicturesTest::ADearPictureRepaintsItsRowAlone()
+void PanelPicturesTest::ACostlyPictureRepaintsItsRowAlone()
 {
     PanelRig rig;
     rig.Show();

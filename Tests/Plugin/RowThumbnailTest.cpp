@@ -59,9 +59,9 @@ private slots:
     void TextsOfAPngAreNotUnfolded();
     void ACheapPictureIsShownAtOnce_data();
     void ACheapPictureIsShownAtOnce();
-    void ADearPictureIsShownWhenItIsReady_data();
-    void ADearPictureIsShownWhenItIsReady();
-    void ADearPictureThatChangesIsReadAnew();
+    void ACostlyPictureIsShownWhenItIsReady_data();
+    void ACostlyPictureIsShownWhenItIsReady();
+    void ACostlyPictureThatChangesIsReadAnew();
     void APictureOfTooManyPixelsIsNotShown();
     void ARowMayGoWhileItsPictureIsRead();
 
@@ -300,7 +300,7 @@ void RowThumbnailTest::ACheapPictureIsShownAtOnce()
     QVERIFY(color.red() > 250 && color.blue() < 5);
 }
 
-void RowThumbnailTest::ADearPictureIsShownWhenItIsReady_data()
+void RowThumbnailTest::ACostlyPictureIsShownWhenItIsReady_data()
 {
     using namespace HostilePictures;
     QTest::addColumn<QByteArray>("content");
@@ -314,7 +314,7 @@ void RowThumbnailTest::ADearPictureIsShownWhenItIsReady_data()
 }
 
 // Only then is the row painted again.
-void RowThumbnailTest::ADearPictureIsShownWhenItIsReady()
+void RowThumbnailTest::ACostlyPictureIsShownWhenItIsReady()
 {
     QFETCH(QByteArray, content);
     RowRig rig;
@@ -332,7 +332,7 @@ void RowThumbnailTest::ADearPictureIsShownWhenItIsReady()
     QCOMPARE(LinesOfNoPicture(rig), 0);
 }
 
-void RowThumbnailTest::ADearPictureThatChangesIsReadAnew()
+void RowThumbnailTest::ACostlyPictureThatChangesIsReadAnew()
 {
     RowRig rig;
     rig.Record().strPicturePath = rig.World().WriteFile("t", Picture(QSize(3000, 2000), "PNG"));

@@ -32,8 +32,8 @@ private slots:
     void ABombIsNotWrittenAndGivesOneLine();
     void ColoursThatABmpLacksAreBlack_data();
     void ColoursThatABmpLacksAreBlack();
-    void ADearPictureIsWritten_data();
-    void ADearPictureIsWritten();
+    void ACostlyPictureIsWritten_data();
+    void ACostlyPictureIsWritten();
     void AThreadThatShallEndReadsNoPicture();
     void ThePanelsEndDoesNotWaitForAPicture();
     void WhatIsNoPictureIsAnsweredAsWritten_data();
@@ -181,7 +181,7 @@ void ThumbWorkerTest::ColoursThatABmpLacksAreBlack()
     }
 }
 
-void ThumbWorkerTest::ADearPictureIsWritten_data()
+void ThumbWorkerTest::ACostlyPictureIsWritten_data()
 {
     using namespace HostilePictures;
     QTest::addColumn<QByteArray>("content");
@@ -197,7 +197,7 @@ void ThumbWorkerTest::ADearPictureIsWritten_data()
         << Encoded(Red(40, 30, QImage::Format_RGB32).convertToFormat(QImage::Format_Indexed8), "BMP");
 }
 
-void ThumbWorkerTest::ADearPictureIsWritten()
+void ThumbWorkerTest::ACostlyPictureIsWritten()
 {
     QFETCH(QByteArray, content);
     FakeWorld world;
