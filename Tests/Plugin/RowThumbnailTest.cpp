@@ -335,13 +335,13 @@ void RowThumbnailTest::ACostlyPictureIsShownWhenItIsReady()
 void RowThumbnailTest::ACostlyPictureThatChangesIsReadAnew()
 {
     RowRig rig;
-    rig.Record().strPicturePath = rig.World().WriteFile("t", Picture(QSize(3000, 2000), "PNG"));
+    rig.Record().strPicturePath =
+        rig.World().WriteFile("t", HostilePictures::Encoded(HostilePictures::Red(40, 30), "JPG", true));
     rig.Painted();
-    QImage green(3000, 2001, QImage::Format_RGB32);
+    QImage green(120, 68, QImage::Format_RGB32);
     green.fill(Qt::green);
-    rig.World().WriteFile("t", HostilePictures::Encoded(green, "PNG"));
-    QTRY_COMPARE(rig.Painted().pixel(40, 20), QRgb(0xFF00FF00));
-    QCOMPARE(LinesOfNoPicture(rig), 0);
+    rig.World().WriteFile("t", HostilePictures::Encoded(green, "JPG", true));
+    QTRY_VERIFY(rig.Painted().pixelColor(40, 20).green() > 250 && rig.Painted().pixelColor(40, 20).red() < 5);
 }
 
 // Up to 36 megapixels.
