@@ -5,7 +5,7 @@
 #include <QtCore/QString>
 
 // Tells for many paths at once which surely name no file: a folder is read once instead of asking the file system for
-// each name. The answer is as old as the object, which lives as long as one list is received.
+// each name. The answer is as old as the object.
 //
 // Thread: one, not locked.
 class FolderListing

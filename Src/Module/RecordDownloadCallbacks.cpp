@@ -237,7 +237,7 @@ bool RecordDownloadModule::EndFinished(const Source& source, const DownloadTaskP
     if (pTask->state != TaskState::Ending)
         return false;
     m_promisedPaths.Release(pTask->pRecord->strDownloadPath, pTask->strRecordId);
-    m_pFolderListing = nullptr; // of a list that is being received; it does not know this file
+    ForgetTakenNames(); // of the lists that are being received; they do not know this file
     if (source.afterFinish != AfterFinish::Stop)
         Move(pTask, TaskState::Outside);
     if (source.afterFinish != AfterFinish::Leave)

@@ -16,7 +16,6 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QScopedValueRollback>
 #include <QtCore/QThread>
 
 #include <algorithm>
@@ -228,11 +227,8 @@ void RecordDownloadModule::OnGetDownloadList(QVariantList list)
     const Source* pSource = SourceOf(list[1].toInt());
     if (!pSource)
         return;
-    m_mapNextCounter.clear();
-    FolderListing listing;
-    const QScopedValueRollback<FolderListing*> listed(m_pFolderListing, &listing);
     ReceiveRecords(*pSource, list[0].toByteArray());
-    m_mapNextCounter.clear();
+    ForgetTakenNames();
 }
 
 // A short stream leaves its last record partly filled, and that record is queued like the others. A stream that is
@@ -275,7 +271,7 @@ void RecordDownloadModule::StartRecordDownloads(const QList<DownloadRecordInfoPt
         if (const DownloadTaskPtr pTask = TakeIn(pRecord, true))
             tasks.append(pTask);
     }
-    m_mapNextCounter.clear();
+    ForgetTakenNames();
     for (const DownloadTaskPtr& pTask : qAsConst(tasks))
         GoOn(pTask);
 }

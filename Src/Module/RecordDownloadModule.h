@@ -248,7 +248,8 @@ private:
     bool EnsureDownloadPathExists(const QString& strFilePath);
     bool MakeFolderOf(const QString& strFilePath);
     QString MakeUniqueFilePath(const QString& strFilePath);
-    bool IsFreePath(const QString& strFilePath) const;
+    bool IsFreePath(const QString& strFilePath);
+    void ForgetTakenNames();
     bool JudgeDiskIsFull();
     void RegisterCloudFinishedFile(const DownloadTaskPtr& pTask);
     void RegisterDeviceFinishedFile(const DownloadTaskPtr& pTask);
@@ -292,7 +293,8 @@ private:
     bool m_bShuttingDown = false;
     // The host's stops that are on the stack: a task of such an id starts when the stop has returned.
     QVector<QPair<const Source*, QString>> m_listHostStop;
-    FolderListing* m_pFolderListing = nullptr; // while a list is received
     PromisedPaths m_promisedPaths;
-    QHash<QString, int> m_mapNextCounter; // within one received list: counters below it are taken
+    // While a list is received or resumed: the names that its folders had, and the counters below which all are taken.
+    FolderListing m_folderListing;
+    QHash<QString, int> m_mapNextCounter;
 };

@@ -66,11 +66,17 @@ bool RecordDownloadModule::MakeFolderOf(const QString& strFilePath)
     return true;
 }
 
-bool RecordDownloadModule::IsFreePath(const QString& strFilePath) const
+bool RecordDownloadModule::IsFreePath(const QString& strFilePath)
 {
     if (m_promisedPaths.IsTaken(strFilePath))
         return false;
-    return (m_pFolderListing && !m_pFolderListing->MayExist(strFilePath)) || !QFileInfo::exists(strFilePath);
+    return !m_folderListing.MayExist(strFilePath) || !QFileInfo::exists(strFilePath);
+}
+
+void RecordDownloadModule::ForgetTakenNames()
+{
+    m_folderListing = FolderListing();
+    m_mapNextCounter.clear();
 }
 
 QString RecordDownloadModule::MakeUniqueFilePath(const QString& strFilePath)

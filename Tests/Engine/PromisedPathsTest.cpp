@@ -20,6 +20,8 @@ private slots:
     void ADeletedTaskGivesUpItsOwnPathOnly();
     void ADeletedTaskHoldsItsPathUntilItsFilesAreGone_data();
     void ADeletedTaskHoldsItsPathUntilItsFilesAreGone();
+    void ATaskDeletedInsideItsStartHoldsItsPathUntilItsFileIsGone();
+    void AFileFinishedInsideAnInnerListIsSeenByTheOuterOne();
     void ThousandsOfTasksKeepTheirPaths();
     void TasksWithoutAPathStayWithoutOne();
     void OneNameInOtherLettersIsOneFile_data();
@@ -124,6 +126,38 @@ void PromisedPathsTest::ADeletedTaskHoldsItsPathUntilItsFilesAreGone()
     QCOMPARE(Paths(rig, {"2"}), Texts({"~/x(1).mp4"}));
     SendAs(rig, of.iType, "3", "x.mp4");
     QCOMPARE(Paths(rig, {"3"}), Texts({"~/x.mp4"}));
+}
+
+// The other source has a free place, and would write there at once.
+void PromisedPathsTest::ATaskDeletedInsideItsStartHoldsItsPathUntilItsFileIsGone()
+{
+    EngineRig rig;
+    Once(rig.Calls(), "StartDeviceRecordDownload 1", [&rig] {
+        rig.Engine().DeleteRecordDownload(1, QStringLiteral("1"), rig.World().Path("x.mp4"));
+        SendAs(rig, 3, "2", "x.mp4");
+    });
+    SendAs(rig, 1, "1", "x.mp4");
+    QCOMPARE(Paths(rig, {"2"}), Texts({"~/x(1).mp4"}));
+}
+
+// Long enough for its folder to be read before that file is there.
+void PromisedPathsTest::AFileFinishedInsideAnInnerListIsSeenByTheOuterOne()
+{
+    EngineRig rig;
+    SendAs(rig, 1, "1", "late.mp4");
+    QStringList ids;
+    for (int i = 0; i < 40; ++i)
+        ids.append(QStringLiteral("free%1").arg(i));
+    Once(rig.Calls(), "SignalAddDownloadInfo free39", [&rig] { SendAs(rig, 1, "inner", "inner.mp4"); });
+    Once(rig.Calls(), "SignalAddDownloadInfo inner", [&rig] {
+        rig.World().WriteFile("late.mp4");
+        rig.RaiseState(Source::Device, "1", 2);
+    });
+    const auto atLate = [&rig](auto& record) { record.strDownloadPath = rig.World().Path("late.mp4"); };
+    const QByteArray bytes = rig.StreamTyped(2, ids) + rig.StreamTyped(2, Texts({"last"}), atLate);
+    rig.Send("EventNotifyDownloadRecordList", {bytes, 2});
+    QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates 1 2"), 1);
+    QCOMPARE(Paths(rig, {"last"}), Texts({"~/late(1).mp4"}));
 }
 
 void PromisedPathsTest::ThousandsOfTasksKeepTheirPaths()
