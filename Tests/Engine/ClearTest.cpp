@@ -41,6 +41,7 @@ private slots:
     void TellsThePanelAtTheEnd();
     void ATaskSentWhileItClearsWaitsForRoomInTheNewFolder_data();
     void ATaskSentWhileItClearsWaitsForRoomInTheNewFolder();
+    void WhatIsResumedWhileItClearsKeepsItsFile();
     void AnEmptyEventIsIgnored();
     void AClearedTaskMayBeStartedAgain();
 };
@@ -166,6 +167,21 @@ void ClearTest::ATaskSentWhileItClearsWaitsForRoomInTheNewFolder()
     rig.Send(DiskFull, {QStringLiteral("/new")});
     QCOMPARE(Told(rig), Texts({"StopLanModuleRecordDownload 1", "SignalAddDownloadInfo 2", "SignalStopAllRecord"}));
     QCOMPARE(ScriptedDisk::Asked(), QList<QByteArray>{"/new"});
+}
+
+void ClearTest::WhatIsResumedWhileItClearsKeepsItsFile()
+{
+    EngineRig rig;
+    SendTasks(rig, Source::LanModule, {"1"});
+    SendTasks(rig, Source::Device, {"2", "3", "4"});
+    Once(rig.Calls(), "StopLanModuleRecordDownload", [&rig] {
+        rig.Engine().StartRecordDownloads(Rows(rig, {"4"})); // it waited
+        rig.World().WriteFile("4.mp4");
+    });
+    rig.Calls().Clear();
+    rig.Send(DiskFull, {rig.World().Folder()});
+    QCOMPARE(rig.Calls().Short("Start"), Texts({"StartDeviceRecordDownload 4"}));
+    QVERIFY(rig.World().HasFile("4.mp4"));
 }
 
 void ClearTest::AnEmptyEventIsIgnored()

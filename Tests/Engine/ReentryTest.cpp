@@ -205,6 +205,8 @@ void ReentryTest::AFullDiskWhileARowIsAnnouncedStartsNothing()
     SendFirst(rig, of.source, password);
     QCOMPARE(rig.Calls().Lines("Signal"), Texts({"SignalAddDownloadInfo 1", "SignalStopAllRecord"}));
     QCOMPARE(rig.Calls().Count("Start"), 0);
+    if (password)
+        QCOMPARE(rig.Calls().Count("get "), 0);
     rig.RaiseState(of.source, "1", 0);
     QCOMPARE(rig.Calls().Count("SignalDownloadRecordStates"), 0);
     SendFirst(rig, of.source, password); // it is in no list, so this is no repetition
@@ -376,6 +378,7 @@ void ReentryTest::ARefusedTaskPausedWhenItsRetryIsLoggedStaysPaused()
                                  [&rig] { rig.Engine().PauseRecordDownloads(Rows(rig, {"1"})); });
     rig.RaiseState(Source::Device, "1", 3);
     QCOMPARE(rig.World().Log().Lines().size(), 1);
+    QCOMPARE(Told(rig), Texts({"StopDeviceRecordDownload 1"})); // neither its row nor the client hears more
     SendTasks(rig, Source::Device, {"2"});
     QCOMPARE(rig.Calls().Short("Start"), Texts({"StartDeviceRecordDownload 2"}));
 }

@@ -26,6 +26,7 @@ private slots:
     void APasswordRequestInsideAStartHoldsTheSource();
     void TwoEndsOfOneIdInOneTurnKeepTheLimit();
     void AnEndFromBeforeItsStartIsNotTheTwins();
+    void TwinsThatBothArrivedAreBothKept();
 };
 
 namespace {
@@ -307,6 +308,21 @@ void SentAgainTest::AnEndFromBeforeItsStartIsNotTheTwins()
     QCOMPARE(FreePlaces(rig, Source::Cloud), 0);
     rig.RaiseState(Source::Cloud, "1", 2);
     QCOMPARE(rig.Calls().Short("Insert"), Texts({"Insert ~/1.mp4", "Insert ~/1(1).mp4"}));
+}
+
+// The second end comes while the client hears of the first.
+void SentAgainTest::TwinsThatBothArrivedAreBothKept()
+{
+    EngineRig rig(NoPictures);
+    SendTasks(rig, Source::Cloud, {"1", "1"});
+    rig.World().WriteFile("1.mp4");
+    rig.World().WriteFile("1(1).mp4");
+    rig.Calls().Clear();
+    Once(rig.Calls(), "notify EventNotifyDownloadRecordStates", [&rig] { rig.RaiseState(Source::Cloud, "1", 2); });
+    rig.RaiseState(Source::Cloud, "1", 2);
+    QCOMPARE(Asked(rig),
+             Texts({"Insert ~/1(1).mp4", "ReportRecordDownloaded 1", "Insert ~/1.mp4", "ReportRecordDownloaded 1"}));
+    QCOMPARE(FilesLeft(rig, {"1.mp4", "1(1).mp4"}), Texts({"1.mp4", "1(1).mp4"}));
 }
 
 KX_TEST(SentAgainTest, QCoreApplication)

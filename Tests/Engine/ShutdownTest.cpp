@@ -24,6 +24,8 @@ private slots:
     void StartsNothingWhileItLeavesTheHost();
     void AListThatArrivesMeanwhileKeepsWaiting_data();
     void AListThatArrivesMeanwhileKeepsWaiting();
+    void ATaskThatComesAfterwardsIsHeldInSilence_data();
+    void ATaskThatComesAfterwardsIsHeldInSilence();
     void AnArmedGuardMeasuresNoMore();
     void StatesOnTheirWayAreDropped();
     void TasksQueuedAfterwardsAreStillDeletable();
@@ -204,6 +206,27 @@ void ShutdownTest::AListThatArrivesMeanwhileKeepsWaiting()
     rig.Engine().Shutdown();
     rig.Settle();
     QCOMPARE(rig.Calls().Lines({"Signal", "Start"}), Texts({"SignalAddDownloadInfo 1", "SignalAddDownloadInfo 2"}));
+}
+
+void ShutdownTest::ATaskThatComesAfterwardsIsHeldInSilence_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::newRow("for its picture") << QString();
+    QTest::newRow("for its password") << QStringLiteral("key");
+}
+
+void ShutdownTest::ATaskThatComesAfterwardsIsHeldInSilence()
+{
+    QFETCH(QString, key);
+    EngineRig rig;
+    rig.Engine().Shutdown();
+    rig.Calls().Clear();
+    auto record = rig.Cloud("1");
+    record.strText1 = QStringLiteral("account");
+    record.strCloudText2 = key;
+    rig.SendOne(record);
+    QCOMPARE(Told(rig), Texts({}));
+    QCOMPARE(rig.World().Log().Lines(), Texts({}));
 }
 
 void ShutdownTest::AnArmedGuardMeasuresNoMore()
