@@ -26,7 +26,6 @@ struct DownloadTask
     bool bArrived = false;                // its file is whole: to pause it changes nothing any more
     bool bDropped = false;                // the client paused, deleted or cleared it; its id is free again
     bool bRemovesFile = false;            // dropped for good: its file goes once the host has let go of it
-    int iStarts = 0;
     bool bHeard = false;             // what arrives from now on was posted after its start, by its own transfer
     QVector<int> codesWhileStarting; // state codes that arrived inside the host's start, in order
 };

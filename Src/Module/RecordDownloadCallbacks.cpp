@@ -214,7 +214,7 @@ bool RecordDownloadModule::BeginEnd(const DownloadTaskPtr& pTask, Outcome outcom
 void RecordDownloadModule::TellPanel(const DownloadTaskPtr& pTask, int iCode, bool bReget, const DownloadTasks& before)
 {
     for (const DownloadTaskPtr& pNow : TasksOf(SourceOf(pTask), pTask->strRecordId)) {
-        if (!pNow->bDropped && !before.contains(pNow))
+        if (!before.contains(pNow))
             return;
     }
     emit SignalDownloadRecordStates(pTask->strRecordId, iCode, bReget);

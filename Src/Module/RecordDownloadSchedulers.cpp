@@ -80,7 +80,6 @@ DownloadTaskPtr RecordDownloadModule::NextToStart(const Source& source)
 void RecordDownloadModule::StartDownload(const Source& source, const DownloadTaskPtr& pTask)
 {
     Move(pTask, TaskState::Starting);
-    const int iStart = ++pTask->iStarts;
     pTask->bHeard = false;
     pTask->codesWhileStarting.clear();
     // What was posted before belongs to an earlier transfer of the id.
@@ -97,10 +96,8 @@ void RecordDownloadModule::StartDownload(const Source& source, const DownloadTas
         KX_ENGINE_LOG(LogFailure, "RecordDownloadModule::StartNextDownload",
                       "The transfer could not be started.strRecordId[%s],iCode[%d]",
                       pTask->strRecordId.toUtf8().constData(), iResult);
-    for (const int iCode : QVector<int>(pTask->codesWhileStarting)) {
-        if (pTask->state == TaskState::Running && pTask->iStarts == iStart)
-            (this->*source.pHandleState)(pTask, iCode);
-    }
+    while (pTask->state == TaskState::Running && !pTask->codesWhileStarting.isEmpty())
+        (this->*source.pHandleState)(pTask, pTask->codesWhileStarting.takeFirst());
 }
 
 // The client dropped the task inside its start. `pStartedBy`: who runs its transfer now; null when nobody does.
