@@ -12,6 +12,7 @@ class LatePictureTest : public QObject
 
 private slots:
     void ALateFailedDownloadLeavesAResumedTaskToItsPassword();
+    void ALateUnreadablePictureLeavesAResumedTaskToItsPassword();
     void ALateWrongKeyDropsAResumedTask();
     void APictureOfADeletedTaskIsIgnored();
     void AFolderIsMadeForALivingTaskOnly_data();
@@ -50,6 +51,15 @@ void LatePictureTest::ALateFailedDownloadLeavesAResumedTaskToItsPassword()
     rig.Settle();
     QCOMPARE(Told(rig), Texts({"SignalAddDownloadInfo 1", "get cover", "StartCloudRecordDownload 1"}));
     QVERIFY(rig.Calls().Lines("Start").value(0).contains(QLatin1String(" password=canary-again ")));
+}
+
+void LatePictureTest::ALateUnreadablePictureLeavesAResumedTaskToItsPassword()
+{
+    EngineRig rig;
+    SendListedAndResume(rig);
+    rig.World().Pictures().Answer("cover", 0, rig.World().Path("missing.enc"));
+    QTRY_COMPARE(rig.World().Log().Lines("6 RecordDownloadModule::OnPictureUnreadable").size(), 1);
+    QCOMPARE(Told(rig), Texts({}));
 }
 
 void LatePictureTest::ALateWrongKeyDropsAResumedTask()

@@ -1,4 +1,4 @@
-// A state that comes inside a start, and a task that the client pauses in the moment when its transfer ends.
+// A state that comes inside a start, and a task that the client drops in the moment when its transfer starts or ends.
 
 #include "Engine/EngineCases.h"
 #include "TestMain.h"
@@ -19,6 +19,14 @@ private slots:
     void ATaskPausedInsideTheStopOfItsFailureStaysPaused();
     void ATaskPausedWhenItsEndIsToldIsWhole_data();
     void ATaskPausedWhenItsEndIsToldIsWhole();
+    void AFileDeletedInsideItsStartGoesAfterTheStop_data();
+    void AFileDeletedInsideItsStartGoesAfterTheStop();
+    void ATaskDeletedInsideTheStopOfItsPauseLeavesNoFile_data();
+    void ATaskDeletedInsideTheStopOfItsPauseLeavesNoFile();
+    void ATwinThatFailsInsideTheOthersStartLeavesNoFile();
+    void AStopOfThePluginInTheLineOfAFolderStartsNothing_data();
+    void AStopOfThePluginInTheLineOfAFolderStartsNothing();
+    void AStopOfThePluginInTheLineOfACoversFolderDecryptsNothing();
 };
 
 namespace {
@@ -37,6 +45,13 @@ std::function<void()> Pause(EngineRig& rig)
 {
     return [&rig] { rig.Engine().PauseRecordDownloads(Rows(rig, {"1"})); };
 }
+
+std::function<void()> Delete(EngineRig& rig, int iType)
+{
+    return [&rig, iType] { rig.Engine().DeleteRecordDownload(iType, QStringLiteral("1"), rig.World().Path("1.mp4")); };
+}
+
+constexpr const char* FolderLine = "2 RecordDownloadModule::EnsureDownloadPathExists Created";
 
 } // namespace
 
@@ -130,6 +145,83 @@ void MomentsTest::ATaskPausedWhenItsEndIsToldIsWhole()
     rig.RaiseState(of.source, "1", 2);
     QCOMPARE(rig.Calls().Short({"Insert", "Report"}), Texts({"Insert ~/1.mp4", "ReportRecordDownloaded 1"}));
     QCOMPARE(rig.Calls().Lines("SignalDownloadRecordStates"), Texts({"SignalDownloadRecordStates 1 2 false"}));
+}
+
+void MomentsTest::AFileDeletedInsideItsStartGoesAfterTheStop_data()
+{
+    AddSourceRows();
+}
+
+void MomentsTest::AFileDeletedInsideItsStartGoesAfterTheStop()
+{
+    QFETCH(SourceCase, of);
+    EngineRig rig(NoPictures);
+    rig.World().WriteFile("1.jpg");
+    QStringList atStop;
+    Once(rig.Calls(), "Start", Delete(rig, of.iType));
+    Once(rig.Calls(), "Stop", [&] { atStop = FilesLeft(rig, {"1.jpg"}); });
+    SendTasks(rig, of.source, {"1"});
+    QCOMPARE(atStop, Texts({"1.jpg"}));
+    QCOMPARE(FilesLeft(rig, {"1.jpg"}), Texts({}));
+}
+
+void MomentsTest::ATaskDeletedInsideTheStopOfItsPauseLeavesNoFile_data()
+{
+    AddSourceRows();
+}
+
+void MomentsTest::ATaskDeletedInsideTheStopOfItsPauseLeavesNoFile()
+{
+    QFETCH(SourceCase, of);
+    EngineRig rig(NoPictures);
+    SendTasks(rig, of.source, {"1"});
+    rig.World().WriteFile("1.mp4");
+    Once(rig.Calls(), "Stop", Delete(rig, of.iType));
+    Pause(rig)();
+    QCOMPARE(rig.Calls().Short("Stop"), QStringList(of.Stop("1")));
+    QCOMPARE(FilesLeft(rig, {"1.mp4"}), Texts({}));
+}
+
+void MomentsTest::ATwinThatFailsInsideTheOthersStartLeavesNoFile()
+{
+    EngineRig rig(NoPictures);
+    int iStarts = 0;
+    rig.Calls().WhenAdded("StartCloudRecordDownload 1", [&rig, &iStarts] {
+        if (++iStarts != 2)
+            return;
+        rig.World().WriteFile("1(1).mp4");
+        rig.RaiseState(Source::Cloud, "1", 0);
+    });
+    SendTasks(rig, Source::Cloud, {"1", "1"});
+    QCOMPARE(rig.Calls().Count("StopCloudRecordDownload 1"), 2);
+    QCOMPARE(FilesLeft(rig, {"1(1).mp4"}), Texts({}));
+}
+
+void MomentsTest::AStopOfThePluginInTheLineOfAFolderStartsNothing_data()
+{
+    AddSourceRows();
+}
+
+void MomentsTest::AStopOfThePluginInTheLineOfAFolderStartsNothing()
+{
+    QFETCH(SourceCase, of);
+    EngineRig rig(NoPictures);
+    rig.World().Log().WhenLogged(FolderLine, [&rig] { rig.Engine().Shutdown(); });
+    rig.SendTyped(of.iType, "1", [&rig](auto& record) { record.strDownloadPath = rig.World().Path("new/1.mp4"); });
+    QCOMPARE(rig.Calls().Count("SignalAddDownloadInfo 1"), 1);
+    QCOMPARE(rig.Calls().Short({"Start", "Stop"}), Texts({}));
+}
+
+void MomentsTest::AStopOfThePluginInTheLineOfACoversFolderDecryptsNothing()
+{
+    EngineRig rig;
+    rig.SendTyped(0, "1", [&rig](auto& record) { record.strDownloadPath = rig.World().Path("new/1.mp4"); });
+    rig.World().Log().WhenLogged(FolderLine, [&rig] { rig.Engine().Shutdown(); });
+    rig.World().Pictures().AnswerWithFile("", "encrypted");
+    rig.Settle();
+    QVERIFY(rig.World().HasFile("new"));
+    QCOMPARE(rig.Calls().Count("DecryptPicture"), 0);
+    QCOMPARE(rig.Calls().Count("Signal"), 0);
 }
 
 KX_TEST(MomentsTest, QCoreApplication)

@@ -20,6 +20,7 @@ private slots:
     void ListedAndHeldTasksOfOneUrlAreSettledEachInItsWay_data();
     void ListedAndHeldTasksOfOneUrlAreSettledEachInItsWay();
     void TasksOfOneRecordIdAreAllReleased();
+    void OfTasksOfOneRecordIdAPictureSettlesItsOwn();
     void ATaskThatComesWhileTheUrlIsDecryptedIsSettledToo_data();
     void ATaskThatComesWhileTheUrlIsDecryptedIsSettledToo();
     void AResumedTaskIsReleasedOnce();
@@ -168,6 +169,18 @@ void SharedPictureTest::ListedAndHeldTasksOfOneUrlAreSettledEachInItsWay()
     else
         Serve(rig, "cover", 2);
     QCOMPARE(rig.Calls().Short({"Signal", "notify"}), told);
+}
+
+void SharedPictureTest::OfTasksOfOneRecordIdAPictureSettlesItsOwn()
+{
+    EngineRig rig;
+    std::vector records{rig.Cloud("1"), rig.Cloud("1")};
+    records[0].strCloudText1 = QStringLiteral("first");
+    records[1].strCloudText1 = QStringLiteral("second");
+    rig.SendList(0, records);
+    rig.World().Pictures().AnswerFailed("second");
+    rig.Settle();
+    QCOMPARE(Paths(rig, {"1"}), Texts({"~/1(1).mp4"}));
 }
 
 void SharedPictureTest::TasksOfOneRecordIdAreAllReleased()
