@@ -27,6 +27,7 @@ private slots:
     void TheAnswerIsHandledOnTheEnginesThread();
     void AQueryThatTheHostRefusesDoesNotHoldTheTask_data();
     void AQueryThatTheHostRefusesDoesNotHoldTheTask();
+    void ATaskDeletedAfterItsRefusedQueryDoesNotComeBack();
     void ARefusedQueryLogsOneLineWithoutThePassword();
     void AnAnswerAfterShutdownStartsNothing_data();
     void AnAnswerAfterShutdownStartsNothing();
@@ -276,6 +277,18 @@ void CloudPasswordTest::AQueryThatTheHostRefusesDoesNotHoldTheTask()
     QCOMPARE(rig.World().Log().Lines("6 "),
              Texts({"6 RecordDownloadModule::AddDownloadRecord The cloud password could not be asked "
                     "for.Recordname:Front door"}));
+}
+
+// Before the event loop has made a turn.
+void CloudPasswordTest::ATaskDeletedAfterItsRefusedQueryDoesNotComeBack()
+{
+    EngineRig rig([](FakeWorld& world) { world.Cloud().SetQueryResult(-1); });
+    const QByteArray bytes = EngineRig::Stream(std::vector{Encrypted(rig, "1")});
+    rig.World().Bus().Send("EventNotifyDownloadRecordList", {bytes, 0});
+    rig.Engine().DeleteRecordDownload(0, QStringLiteral("1"), rig.World().Path("1.mp4"));
+    rig.Calls().Clear();
+    rig.Settle();
+    QCOMPARE(Told(rig), Texts({}));
 }
 
 void CloudPasswordTest::ARefusedQueryLogsOneLineWithoutThePassword()

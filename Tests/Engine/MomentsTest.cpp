@@ -15,6 +15,7 @@ private slots:
     void AnEndFromBeforeAPauseIsNotTheResumedTasks();
     void ATaskPausedWhenItsRetryIsToldStaysPaused();
     void ATaskPausedWhenItIsGivenUpIsStoppedOnce();
+    void ATaskPausedWhenItsStateIsLoggedStaysPaused();
     void ATaskPausedInsideTheStopOfItsFailureStaysPaused_data();
     void ATaskPausedInsideTheStopOfItsFailureStaysPaused();
     void ATaskPausedWhenItsEndIsToldIsWhole_data();
@@ -112,6 +113,16 @@ void MomentsTest::ATaskPausedWhenItIsGivenUpIsStoppedOnce()
     rig.World().Log().WhenLogged("2 RecordDownloadModule::OnDownloadDeviceRecordState Download failed", Pause(rig));
     rig.RaiseState(Source::Device, "1", 3);
     QCOMPARE(Told(rig), Texts({"StopDeviceRecordDownload 1"}));
+}
+
+void MomentsTest::ATaskPausedWhenItsStateIsLoggedStaysPaused()
+{
+    EngineRig rig;
+    SendTasks(rig, Source::IOTLan, {"1"});
+    rig.Calls().Clear();
+    rig.World().Log().WhenLogged("2 RecordDownloadModule::OnDownloadIOTLanRecordState", Pause(rig));
+    rig.RaiseState(Source::IOTLan, "1", 0);
+    QCOMPARE(Told(rig), Texts({"StopIOTLanRecordDownload 1"}));
 }
 
 void MomentsTest::ATaskPausedInsideTheStopOfItsFailureStaysPaused_data()
