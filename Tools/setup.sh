@@ -9,8 +9,8 @@ set -euo pipefail
 build=(
     g++ cmake ninja-build ccache pkg-config
     qtbase5-dev qtbase5-private-dev libqt5svg5-dev libqt5sql5-sqlite qttools5-dev-tools
-    libgcrypt20-dev libspdlog-dev libbenchmark-dev nlohmann-json3-dev libcpp-httplib-dev
-    ffmpeg python3 git fonts-dejavu-core fonts-noto-core
+    libgcrypt20-dev libcurl4-openssl-dev libspdlog-dev libbenchmark-dev nlohmann-json3-dev libcpp-httplib-dev
+    ffmpeg openssl python3 git fonts-dejavu-core fonts-noto-core
 )
 checks=(clang clang-tidy clang-format shellcheck)
 bench=(curl)
