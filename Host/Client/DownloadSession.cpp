@@ -102,7 +102,7 @@ void DownloadSession::OnDownloadRecordStates(QVariantList list)
         return;
     TaskState reached = StateOf(state.value(HostEvents::KeyCode).toInt(-1), state.value(HostEvents::KeyReget).toBool());
     const auto& record = *m_tasks.at(iIndex).request.pRecord;
-    if (reached == TaskState::Refused && !KXHost::WasTransferStarted(record.iRecordType, record.strRecordId))
+    if (reached == TaskState::Refused && !KXHost::WasTransferBegun(record.iRecordType, record.strRecordId))
         reached = TaskState::Dropped;
     // The first end counts, unless the user had it retried and it arrived after all.
     const TaskState known = m_tasks.at(iIndex).state;

@@ -2,6 +2,7 @@
 
 #include "Host/Crypto/PictureCipher.h"
 #include "Host/KXBase/ResourceDb.h"
+#include "Host/KXLogic/RecordNotes.h"
 #include "Host/KXLogic/SettingsStore.h"
 #include "Host/ktl/LogSettings.h"
 
@@ -43,6 +44,10 @@ int CloudLogic::GetCloudRecordPassword(const std::string&, const std::string& st
     answer.bFound = found != pSettings->devicePasswords.constEnd();
     if (answer.bFound)
         answer.strPassword = found->toStdString();
+    else
+        NoteReason(0, strRecordId,
+                   QStringLiteral("no password is configured for device %1, and the recording is encrypted")
+                       .arg(QString::fromStdString(strDeviceId)));
     answer.strDeviceId = strDeviceId;
     answer.lChannelId = lChannelId;
     answer.strRecordId = strRecordId;

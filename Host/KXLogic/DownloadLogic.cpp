@@ -140,11 +140,6 @@ QVector<RunningTransfer> DownloadLogic::Running() const
     return list;
 }
 
-bool DownloadLogic::WasStarted(int iRecordType, const QString& strRecordId) const
-{
-    return m_sources.at(static_cast<std::size_t>(iRecordType))->WasStarted(strRecordId.toStdString());
-}
-
 void DownloadLogic::StopAll()
 {
     for (TransferSource* pSource : m_sources)

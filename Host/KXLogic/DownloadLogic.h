@@ -37,7 +37,6 @@ public:
 
     void StopAll();
     QVector<RunningTransfer> Running() const;
-    bool WasStarted(int iRecordType, const QString& strRecordId) const;
 
 private:
     TransferSource m_cloud;

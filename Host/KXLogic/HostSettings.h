@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Host/Http/HttpTypes.h"
 #include "KXSdkGlobal.h"
 
 #include <QtCore/QHash>
@@ -9,12 +10,6 @@
 
 namespace KXHost {
 
-enum class Auth {
-    None,
-    Basic,
-    Digest,
-};
-
 // Where one source's recordings come from.
 struct SourceSettings
 {
@@ -22,7 +17,10 @@ struct SourceSettings
     // begin and end are Unix seconds, the token is the request's address. Empty: the source refuses to start.
     QString strUrl;
     Auth auth = Auth::None;
-    QString strUser; // the password comes with each request
+    QString strUser;            // the password comes with each request
+    bool bInsecure = false;     // a basic password may go over plain http to another machine
+    qint64 lBytesPerSecond = 0; // of each transfer; 0: as fast as it comes
+    int iRetries = 2;           // when the server is busy or ends the connection without an answer
 };
 
 struct Settings

@@ -27,7 +27,7 @@ void HostThread::Post(std::function<void()> task)
 void HostThread::run()
 {
     exec();
-    delete m_pContext; // here, for its children belong to this thread
+    delete m_pContext; // here, where its calls run
 }
 
 HostThreads::HostThreads(QtCleanUpFunction pEnd)
@@ -39,15 +39,10 @@ HostThreads::~HostThreads()
     JoinAll();
 }
 
-bool HostThreads::RunTransfer(const std::function<void(HostThread&)>& task)
+std::shared_ptr<HttpCall> HostThreads::RunTransfer(const HttpRequest& request, std::shared_ptr<HttpReceiver> pReceiver)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    HostThread* const pThread = CanRun() ? TakeIdle() : nullptr;
-    if (pThread == nullptr)
-        return false;
-    pThread->m_bBusy = true;
-    pThread->Post([task, pThread] { task(*pThread); });
-    return true;
+    return CanRun() ? m_http.Start(request, std::move(pReceiver)) : nullptr;
 }
 
 bool HostThreads::PostAnswer(std::function<void()> task)
@@ -63,15 +58,14 @@ bool HostThreads::PostAnswer(std::function<void()> task)
 
 void HostThreads::JoinAll()
 {
-    std::vector<std::unique_ptr<HostThread>> transferThreads;
     std::unique_ptr<HostThread> pAnswerThread;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        transferThreads.swap(m_transferThreads);
         pAnswerThread.swap(m_pAnswerThread);
         m_bEndArranged = false; // Qt forgets the function once it has called it
     }
-    // Joined by leaving the scope, without the lock: a callback that still runs may ask for a thread.
+    // Joined without the lock: a callback that still runs may ask for a thread.
+    m_http.End();
 }
 
 bool HostThreads::CanRun()
@@ -82,18 +76,6 @@ bool HostThreads::CanRun()
         qAddPostRoutine(m_pEnd);
     m_bEndArranged = true;
     return true;
-}
-
-HostThread* HostThreads::TakeIdle()
-{
-    for (const auto& pThread : m_transferThreads) {
-        if (!pThread->m_bBusy)
-            return pThread.get();
-    }
-    if (m_transferThreads.size() >= MaxTransfers)
-        return nullptr;
-    m_transferThreads.push_back(std::make_unique<HostThread>());
-    return m_transferThreads.back().get();
 }
 
 } // namespace KXHost

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "Host/Http/HttpClient.h"
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QThread>
 
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <vector>
 
 namespace KXHost {
 
@@ -22,43 +22,41 @@ public:
 
     // Runs the task on this thread, later.
     void Post(std::function<void()> task);
-    // The object on this thread that dies with its loop; what belongs to the thread is its child.
-    QObject* Context() { return m_pContext; }
-
-    std::atomic<bool> m_bBusy{false}; // set by the pool, cleared by the borrower when it is done
 
 protected:
     void run() override;
 
 private:
-    QObject* m_pContext;
+    QObject* m_pContext; // dies with the loop
 };
 
-// The threads of the logic modules: one for each running transfer, so that a slow callback holds up no other
-// transfer, and one for all answers, so that they arrive one at a time. Threads are kept and used again. Thread: any.
+// The threads of the logic modules: those of the transfers, and one for all answers, so that they arrive one at a time.
+// Thread: any.
 class HostThreads
 {
 public:
-    static constexpr std::size_t MaxTransfers = 32; // those that were stopped just now count until they notice
+    // More than a plug-in runs at once: a slow callback holds up no other transfer.
+    static constexpr std::size_t TransferThreads = 8;
+    static constexpr std::size_t MaxTransfers = 32;
 
     // `pEnd` is called when the application object is destroyed; it must lead to JoinAll.
     explicit HostThreads(QtCleanUpFunction pEnd);
     ~HostThreads();
 
-    // Both give false when the host is ending or has no application object; RunTransfer also when too many run.
-    bool RunTransfer(const std::function<void(HostThread&)>& task);
+    // Both give nothing when the host is ending or has no application object; RunTransfer also when too many run.
+    std::shared_ptr<HttpCall> RunTransfer(const HttpRequest& request, std::shared_ptr<HttpReceiver> pReceiver);
     bool PostAnswer(std::function<void()> task);
+    void StopTransfer(const std::shared_ptr<HttpCall>& pCall) { m_http.Stop(pCall); }
     // Ends all threads; what they had not begun yet is dropped.
     void JoinAll();
 
 private:
     bool CanRun();
-    HostThread* TakeIdle();
 
     const QtCleanUpFunction m_pEnd;
+    HttpClient m_http{TransferThreads, MaxTransfers};
     std::mutex m_mutex; // guards all below
     bool m_bEndArranged = false;
-    std::vector<std::unique_ptr<HostThread>> m_transferThreads;
     std::unique_ptr<HostThread> m_pAnswerThread;
 };
 

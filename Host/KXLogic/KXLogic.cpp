@@ -65,11 +65,6 @@ QVector<KXHost::RunningTransfer> KXHost::RunningTransfers()
     return Registry().Download().Running();
 }
 
-bool KXHost::WasTransferStarted(int iRecordType, const QString& strRecordId)
-{
-    return Registry().Download().WasStarted(iRecordType, strRecordId);
-}
-
 KXLogic::IModuleRegistry* KXLogic::Instance()
 {
     return &Registry();

@@ -4,12 +4,42 @@
 
 #include <utility>
 
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
+#include <cerrno>
+#endif
+
 namespace KXHost {
 
-RecordSink::RecordSink(const QString& strFilePath, std::unique_ptr<RecordDecryptor> pDecryptor)
+namespace {
+
+#ifdef Q_OS_WIN
+constexpr int DiskFull = ERROR_DISK_FULL;
+#else
+constexpr int DiskFull = ENOSPC;
+#endif
+
+QString SizeText(qint64 lBytes)
+{
+    constexpr qint64 Mega = 1000 * 1000;
+    return lBytes < Mega ? QStringLiteral("%1 bytes").arg(lBytes) : QStringLiteral("%1 MB").arg(lBytes / Mega);
+}
+
+} // namespace
+
+RecordSink::RecordSink(const QString& strFilePath, std::unique_ptr<RecordDecryptor> pDecryptor,
+                       ExpectedRecording expected)
     : m_file(strFilePath)
     , m_pDecryptor(std::move(pDecryptor))
+    , m_expected(std::move(expected))
 {}
+
+// An encrypted recording has a seal at its end.
+bool RecordSink::CanTellWhole() const
+{
+    return m_expected.lSize >= 0 || !m_expected.strSha256.isEmpty() || m_pDecryptor != nullptr;
+}
 
 TransferOutcome RecordSink::Write(const char* pData, std::size_t uSize, std::size_t& uClearSize)
 {
@@ -26,9 +56,14 @@ TransferOutcome RecordSink::Write(const char* pData, std::size_t uSize, std::siz
     }
     if (uSize == 0)
         return {};
-    if (!Open() || m_file.write(pData, static_cast<qint64>(uSize)) != static_cast<qint64>(uSize))
+    if (!WriteAll(pData, static_cast<qint64>(uSize)))
         return FileFailure();
     uClearSize = uSize;
+    if (!m_expected.strSha256.isEmpty())
+        m_hash.addData(pData, static_cast<int>(uSize));
+    if (m_expected.lSize >= 0 && m_lWritten > m_expected.lSize)
+        return {TransferState::Failed,
+                QStringLiteral("more arrives than the %1 bytes that the recording has").arg(m_expected.lSize)};
     return {};
 }
 
@@ -47,7 +82,21 @@ TransferOutcome RecordSink::Finish()
     m_file.close();
     if (m_file.error() != QFileDevice::NoError)
         return FileFailure();
-    return {TransferState::Finished, QString()};
+    const QString strSurprise = Surprise();
+    return {strSurprise.isEmpty() ? TransferState::Finished : TransferState::Failed, strSurprise};
+}
+
+// How the recording differs from what was expected; empty when it does not.
+QString RecordSink::Surprise()
+{
+    if (m_expected.lSize >= 0 && m_lWritten != m_expected.lSize)
+        return QStringLiteral("what arrived has %1 bytes instead of %2").arg(m_lWritten).arg(m_expected.lSize);
+    if (m_expected.strSha256.isEmpty())
+        return QString();
+    const QString strFound = QString::fromLatin1(m_hash.result().toHex());
+    return strFound == m_expected.strSha256
+               ? QString()
+               : QStringLiteral("what arrived is another recording: it has SHA-256 %1").arg(strFound);
 }
 
 void RecordSink::Stop()
@@ -71,17 +120,39 @@ bool RecordSink::Open()
     return m_bOpened;
 }
 
+// A write that took a part is followed by one that says why it was not all.
+bool RecordSink::WriteAll(const char* pData, qint64 lSize)
+{
+    if (!Open())
+        return false;
+    while (lSize > 0) {
+        const qint64 lWritten = m_file.write(pData, lSize);
+        if (lWritten <= 0)
+            return false;
+        pData += lWritten;
+        lSize -= lWritten;
+        m_lWritten += lWritten;
+    }
+    return true;
+}
+
 TransferOutcome RecordSink::FileFailure()
 {
     const QString strProblem = TargetProblem(m_file.fileName());
-    return {TransferState::Failed,
-            QStringLiteral("cannot write the file: ") + (strProblem.isEmpty() ? m_file.errorString() : strProblem)};
+    if (!strProblem.isEmpty())
+        return {TransferState::Failed, QStringLiteral("the file cannot be written: ") + strProblem};
+    if (m_file.errorString() == qt_error_string(DiskFull))
+        return {TransferState::Failed, m_expected.lSize < 0
+                                           ? QStringLiteral("the disk is full: %1 written").arg(SizeText(m_lWritten))
+                                           : QStringLiteral("the disk is full: %1 of %2 written")
+                                                 .arg(SizeText(m_lWritten), SizeText(m_expected.lSize))};
+    return {TransferState::Failed, QStringLiteral("the file cannot be written: ") + m_file.errorString()};
 }
 
 TransferOutcome RecordSink::CipherFailure(CipherResult result) const
 {
     return {result == CipherResult::WrongKey ? TransferState::Refused : TransferState::Failed,
-            QStringLiteral("cannot decrypt: ") + QString::fromLatin1(CipherResultText(result))};
+            QStringLiteral("the recording cannot be decrypted: ") + QString::fromLatin1(CipherResultText(result))};
 }
 
 } // namespace KXHost

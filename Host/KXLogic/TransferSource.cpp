@@ -1,5 +1,6 @@
 #include "Host/KXLogic/TransferSource.h"
 
+#include "Host/KXLogic/RecordNotes.h"
 #include "Host/KXLogic/SettingsStore.h"
 #include "Host/KXLogic/Transfer.h"
 #include "Host/KXLogic/UrlTemplate.h"
@@ -25,32 +26,41 @@ int TransferSource::Start(const std::string& strKey, const KXLogic::DownloadRequ
     TransferOrder order;
     QString strReason;
     if (!Prepare(request, strKeyText, order, strReason))
-        return Refuse(strKey, strReason);
+        return Refuse(request.strRecordId, strReason);
     const auto pActive = std::make_shared<Active>();
     pActive->pSink = order.pSink;
+    pActive->strRecordId = request.strRecordId;
     pActive->strFilePath = QString::fromStdString(request.strFilePath);
     if (!Insert(strKey, pActive))
-        return Refuse(strKey, QStringLiteral("it is being transferred already"));
+        return Refuse(request.strRecordId, QStringLiteral("it is being transferred already"));
     order.onData = [this, strKey, pActive](int iLength) {
         pActive->lReceived += iLength;
         if (!pActive->bStopped)
             m_dataCallbacks.Call(strKey, iLength);
     };
     order.onOutcome = [this, strKey, pActive](const TransferOutcome& outcome) { OnOutcome(strKey, pActive, outcome); };
-    if (Run(order))
+    if (Run(pActive, std::move(order))) {
+        NoteBegun(m_iRecordType, request.strRecordId);
         return 0;
+    }
     Remove(strKey, pActive);
-    return Refuse(strKey, QStringLiteral("too many transfers, or the host is ending"));
+    return Refuse(request.strRecordId, QStringLiteral("too many transfers run, or the host is ending"));
 }
 
-// False when no thread takes it.
-bool TransferSource::Run(const TransferOrder& order)
+// False when no thread takes it. Somebody may have stopped it before it had its call.
+bool TransferSource::Run(const ActivePtr& pActive, TransferOrder order)
 {
-    return m_threads.RunTransfer([order](HostThread& thread) {
-        auto* const pTransfer = new Transfer(order, thread.Context());
-        QObject::connect(pTransfer, &QObject::destroyed, [&thread] { thread.m_bBusy = false; });
-        pTransfer->Start();
-    });
+    const HttpRequest request = order.request;
+    const auto pCall = m_threads.RunTransfer(request, std::make_shared<Transfer>(std::move(order)));
+    if (!pCall)
+        return false;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        pActive->pCall = pCall;
+    }
+    if (pActive->bStopped)
+        m_threads.StopTransfer(pCall);
+    return true;
 }
 
 int TransferSource::Stop(const std::string& strKey)
@@ -83,12 +93,6 @@ void TransferSource::AppendRunning(QVector<RunningTransfer>& list)
         list.append({m_iRecordType, QString::fromStdString(strKey), pActive->strFilePath, pActive->lReceived});
 }
 
-bool TransferSource::WasStarted(const std::string& strKey)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_started.count(strKey) > 0;
-}
-
 bool TransferSource::Prepare(const KXLogic::DownloadRequest& request, const std::string& strKeyText,
                              TransferOrder& order, QString& strReason) const
 {
@@ -99,14 +103,19 @@ bool TransferSource::Prepare(const KXLogic::DownloadRequest& request, const std:
     }
     const auto pSettings = CurrentSettings();
     const SourceSettings& settings = pSettings->sources[static_cast<std::size_t>(m_iRecordType)];
-    order.url = ExpandUrl(settings.strUrl, request, strReason);
-    order.auth = settings.auth;
-    order.strUser = settings.strUser;
-    order.strPassword = QString::fromStdString(request.strPassword);
-    order.iStallTimeoutMs = pSettings->iStallTimeoutMs;
+    order.request.url = ExpandUrl(settings.strUrl, request, strReason);
+    order.request.auth = settings.auth;
+    order.request.strUser = settings.strUser;
+    order.request.strPassword = QString::fromStdString(request.strPassword);
+    order.request.strWhose = QStringLiteral("device ") + QString::fromStdString(request.strDeviceId);
+    order.request.bInsecure = settings.bInsecure;
+    order.request.iRetries = settings.iRetries;
+    order.request.lBytesPerSecond = settings.lBytesPerSecond;
+    order.request.iStallTimeoutMs = pSettings->iStallTimeoutMs;
     order.pSink = std::make_shared<RecordSink>(
-        strFilePath, strKeyText.empty() ? nullptr : std::make_unique<RecordDecryptor>(request.strPassword, strKeyText));
-    return order.url.isValid();
+        strFilePath, strKeyText.empty() ? nullptr : std::make_unique<RecordDecryptor>(request.strPassword, strKeyText),
+        ExpectedOf(m_iRecordType, request.strRecordId));
+    return order.request.url.isValid();
 }
 
 bool TransferSource::Insert(const std::string& strKey, const ActivePtr& pActive)
@@ -114,7 +123,6 @@ bool TransferSource::Insert(const std::string& strKey, const ActivePtr& pActive)
     const std::lock_guard<std::mutex> lock(m_mutex);
     const void* const pStateUser = m_stateCallbacks.User();
     pActive->pUser = pStateUser != nullptr ? pStateUser : m_dataCallbacks.User();
-    m_started.insert(strKey);
     return m_active.emplace(strKey, pActive).second;
 }
 
@@ -145,7 +153,15 @@ void TransferSource::StopWhere(Condition condition)
     for (const ActivePtr& pActive : stopped) {
         pActive->bStopped = true;
         pActive->pSink->Stop();
+        if (const auto pCall = CallOf(*pActive))
+            m_threads.StopTransfer(pCall);
     }
+}
+
+std::shared_ptr<HttpCall> TransferSource::CallOf(const Active& active)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return active.pCall;
 }
 
 // Off the list before the callback, so that the same recording may be started from inside it.
@@ -155,22 +171,24 @@ void TransferSource::OnOutcome(const std::string& strKey, const ActivePtr& pActi
         Remove(strKey, pActive);
     if (outcome.state == TransferState::Stopped || pActive->bStopped)
         return;
+    NoteReason(m_iRecordType, pActive->strRecordId, outcome.strReason);
     if (!outcome.strReason.isEmpty())
-        LogFailure(strKey, "failed", outcome.strReason);
+        LogFailure(pActive->strRecordId, "failed", outcome.strReason);
     m_stateCallbacks.Call(strKey, static_cast<int>(outcome.state));
 }
 
-int TransferSource::Refuse(const std::string& strKey, const QString& strReason) const
+int TransferSource::Refuse(const std::string& strRecordId, const QString& strReason) const
 {
-    LogFailure(strKey, "not started", strReason);
+    NoteReason(m_iRecordType, strRecordId, strReason);
+    LogFailure(strRecordId, "not started", strReason);
     return 1;
 }
 
-void TransferSource::LogFailure(const std::string& strKey, const char* pszWhat, const QString& strReason) const
+void TransferSource::LogFailure(const std::string& strRecordId, const char* pszWhat, const QString& strReason) const
 {
     ktl::TPrintLog::instance()->Log("Host/KXLogic/TransferSource", __LINE__, __func__, "KXLogic", 6,
-                                    "Transfer %s.Source:%s,record:%s,reason:%s", pszWhat, m_pszName, strKey.c_str(),
-                                    strReason.toUtf8().constData());
+                                    "Transfer %s.Source:%s,record:%s,reason:%s", pszWhat, m_pszName,
+                                    strRecordId.c_str(), strReason.toUtf8().constData());
 }
 
 } // namespace KXHost

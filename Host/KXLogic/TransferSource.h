@@ -10,11 +10,11 @@
 #include <map>
 #include <memory>
 #include <mutex>
-#include <set>
 #include <string>
 
 namespace KXHost {
 
+struct HttpCall;
 struct TransferOrder;
 
 // One source of recordings: its callbacks and its running transfers. The four sources differ in the values they are
@@ -36,7 +36,6 @@ public:
     // The barrier for one user.
     void Unregister(const void* pUser);
     void AppendRunning(QVector<RunningTransfer>& list);
-    bool WasStarted(const std::string& strKey);
 
     Callbacks m_dataCallbacks;
     Callbacks m_stateCallbacks;
@@ -45,30 +44,32 @@ private:
     struct Active
     {
         std::shared_ptr<RecordSink> pSink;
-        const void* pUser = nullptr; // whose transfer it is
+        std::string strRecordId;
+        std::shared_ptr<HttpCall> pCall; // set as soon as it runs
+        const void* pUser = nullptr;     // whose transfer it is
         QString strFilePath;
         std::atomic<qint64> lReceived{0};
         std::atomic<bool> bStopped{false};
     };
     using ActivePtr = std::shared_ptr<Active>;
 
-    bool Run(const TransferOrder& order);
+    bool Run(const ActivePtr& pActive, TransferOrder order);
     bool Prepare(const KXLogic::DownloadRequest& request, const std::string& strKeyText, TransferOrder& order,
                  QString& strReason) const;
     bool Insert(const std::string& strKey, const ActivePtr& pActive);
     void Remove(const std::string& strKey, const ActivePtr& pActive);
+    std::shared_ptr<HttpCall> CallOf(const Active& active);
     template <typename Condition>
     void StopWhere(Condition condition);
     void OnOutcome(const std::string& strKey, const ActivePtr& pActive, const TransferOutcome& outcome);
-    int Refuse(const std::string& strKey, const QString& strReason) const;
-    void LogFailure(const std::string& strKey, const char* pszWhat, const QString& strReason) const;
+    int Refuse(const std::string& strRecordId, const QString& strReason) const;
+    void LogFailure(const std::string& strRecordId, const char* pszWhat, const QString& strReason) const;
 
     const int m_iRecordType;
     const char* const m_pszName;
     HostThreads& m_threads;
     std::mutex m_mutex; // guards all below
     std::map<std::string, ActivePtr> m_active;
-    std::set<std::string> m_started;
 };
 
 } // namespace KXHost

@@ -1,4 +1,5 @@
 #include "Host/KXLogic/HostSettings.h"
+#include "Host/KXLogic/RunningTransfers.h"
 #include "KXLogic/KXLogic.h"
 #include "ScratchDir.h"
 #include "ScriptedServer.h"
@@ -61,7 +62,8 @@ private slots:
     void UnregisterDoesNotWaitForAnotherUser();
     void ALaterRegistrationReplacesAnEarlierOne();
     void AStoppedTransferWritesNoMore();
-    void RefusesMoreTransfersThanItHasThreads();
+    void RefusesMoreTransfersThanItMayRun();
+    void AStopIsNoticedWhileNothingArrives();
 
 private:
     int Start(const std::string& strId, const QString& strFile = QStringLiteral("a.mp4"));
@@ -190,7 +192,7 @@ void KXLogicStopTest::StartsAgainAfterAStop()
     QCOMPARE(m_pLogic->StopDeviceRecordDownload("r"), 0);
     QCOMPARE(Start("r"), 0);
     QTRY_VERIFY_WITH_TIMEOUT(listener.HasState(Finished), WaitMs);
-    QTRY_COMPARE_WITH_TIMEOUT(m_pServer->OpenConnections(), 0, WaitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(KXHost::RunningTransfers().size(), 0, WaitMs);
     QFile file(Path(QStringLiteral("a.mp4")));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("second"));
@@ -308,7 +310,19 @@ void KXLogicStopTest::AStoppedTransferWritesNoMore()
     QVERIFY(!QFileInfo::exists(Path(QStringLiteral("a.mp4"))));
 }
 
-void KXLogicStopTest::RefusesMoreTransfersThanItHasThreads()
+// Nothing else would wake the transfer for half a minute.
+void KXLogicStopTest::AStopIsNoticedWhileNothingArrives()
+{
+    m_pServer->Serve("/never", Answer::Never());
+    TransferListener listener(*m_pLogic);
+    QCOMPARE(Start("never"), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(static_cast<int>(m_pServer->Heads().size()), 1, WaitMs);
+    QCOMPARE(m_pLogic->StopDeviceRecordDownload("never"), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(m_pServer->OpenConnections(), 0, WaitMs);
+    QCOMPARE(listener.States(), QStringList());
+}
+
+void KXLogicStopTest::RefusesMoreTransfersThanItMayRun()
 {
     TransferListener listener(*m_pLogic);
     int iStarted = 0;

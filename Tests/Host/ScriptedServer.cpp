@@ -24,26 +24,32 @@ QByteArray Header(const QByteArray& head, const QByteArray& name)
     return QByteArray();
 }
 
-QByteArray Md5(const QByteArray& data)
-{
-    return QCryptographicHash::hash(data, QCryptographicHash::Md5).toHex();
-}
-
 // A part of a digest header: name="value" or name=value.
 QByteArray Part(const QByteArray& header, const char* pszName)
 {
-    const QRegularExpression pattern(QStringLiteral("(?:^|[ ,])%1=\"?([^\",]*)").arg(QLatin1String(pszName)));
-    return pattern.match(QString::fromLatin1(header)).captured(1).toLatin1();
+    const QRegularExpression pattern(
+        QStringLiteral("(?:^|[ ,])%1=(?:\"((?:[^\"\\\\]|\\\\.)*)\"|([^\", ]*))").arg(QLatin1String(pszName)));
+    const QRegularExpressionMatch match = pattern.match(QString::fromLatin1(header));
+    const QString strValue = match.captured(1) + match.captured(2);
+    static const QRegularExpression escaped(QStringLiteral("\\\\(.)"));
+    return QString(strValue).replace(escaped, QStringLiteral("\\1")).toLatin1();
 }
 
-bool DigestIsRight(const QByteArray& header, const QByteArray& user, const QByteArray& password)
+bool DigestIsRight(const QByteArray& header, const QByteArray& user, const QByteArray& password,
+                   const QByteArray& algorithm)
 {
-    const QByteArray one = Md5(user + ":site:" + password);
-    const QByteArray two = Md5("GET:" + Part(header, "uri"));
-    const QByteArray expected = Md5(one + ':' + Part(header, "nonce") + ':' + Part(header, "nc") + ':' +
-                                    Part(header, "cnonce") + ':' + Part(header, "qop") + ':' + two);
-    return Part(header, "username") == user && Part(header, "nonce") == "abc123" &&
-           Part(header, "response") == expected;
+    const auto hash = [&algorithm](const QByteArray& text) {
+        const bool bSha = algorithm.startsWith("SHA-256");
+        return QCryptographicHash::hash(text, bSha ? QCryptographicHash::Sha256 : QCryptographicHash::Md5).toHex();
+    };
+    QByteArray one = hash(user + ":site:" + password);
+    if (algorithm.endsWith("-sess"))
+        one = hash(one + ':' + Part(header, "nonce") + ':' + Part(header, "cnonce"));
+    const QByteArray two = hash("GET:" + Part(header, "uri"));
+    const QByteArray expected = hash(one + ':' + Part(header, "nonce") + ':' + Part(header, "nc") + ':' +
+                                     Part(header, "cnonce") + ':' + Part(header, "qop") + ':' + two);
+    return header.startsWith("Digest ") && Part(header, "username") == user && Part(header, "nonce") == "abc123" &&
+           Part(header, "algorithm") == algorithm && Part(header, "response") == expected;
 }
 
 } // namespace
@@ -95,10 +101,29 @@ int ScriptedServer::OpenConnections() const
     return m_iOpen;
 }
 
+int ScriptedServer::AllConnections() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_iAll;
+}
+
+void ScriptedServer::AnswerAll(const QByteArray& bytes)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_fixedAnswer = bytes;
+}
+
+QByteArray ScriptedServer::FixedAnswer() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_fixedAnswer;
+}
+
 void ScriptedServer::CountOpen(int iChange)
 {
     const QMutexLocker lock(&m_mutex);
     m_iOpen += iChange;
+    m_iAll += iChange > 0 ? iChange : 0;
 }
 
 void ScriptedServer::Accept(QTcpSocket* pSocket)
@@ -119,6 +144,12 @@ void ScriptedServer::Accept(QTcpSocket* pSocket)
 
 void ScriptedServer::OnReadyRead(QTcpSocket& socket)
 {
+    const QByteArray fixed = FixedAnswer();
+    if (!fixed.isEmpty()) {
+        socket.readAll();
+        socket.write(fixed);
+        return socket.disconnectFromHost();
+    }
     const QByteArray seen = socket.peek(65536);
     const int iEnd = seen.indexOf("\r\n\r\n");
     if (iEnd < 0)
@@ -161,6 +192,24 @@ ScriptedServer::Script Answer::Chunked(const QByteArray& body, bool bWhole)
     };
 }
 
+ScriptedServer::Script Answer::Closing(const QByteArray& body)
+{
+    return [=](QTcpSocket& socket, const QByteArray&) {
+        socket.write("HTTP/1.1 200 OK\r\n\r\n" + body);
+        socket.disconnectFromHost();
+    };
+}
+
+ScriptedServer::Script Answer::HangUp()
+{
+    return [](QTcpSocket& socket, const QByteArray&) { socket.disconnectFromHost(); };
+}
+
+ScriptedServer::Script Answer::Raw(const QByteArray& bytes)
+{
+    return [=](QTcpSocket& socket, const QByteArray&) { socket.write(bytes); };
+}
+
 ScriptedServer::Script Answer::Never()
 {
     return [](QTcpSocket&, const QByteArray&) {};
@@ -174,10 +223,10 @@ ScriptedServer::Script Answer::Status(const QByteArray& statusLine, const QByteA
     };
 }
 
-ScriptedServer::Script Answer::Endless(int iPieceSize)
+ScriptedServer::Script Answer::Endless(int iPieceSize, const QByteArray& statusLine)
 {
-    return [iPieceSize](QTcpSocket& socket, const QByteArray&) {
-        socket.write(Head("200 OK", 2000000000));
+    return [=](QTcpSocket& socket, const QByteArray&) {
+        socket.write(Head(statusLine, 2000000000));
         auto* const pTimer = new QTimer(&socket);
         QObject::connect(pTimer, &QTimer::timeout, &socket, [&socket, iPieceSize] {
             if (socket.bytesToWrite() < 4 * 1024 * 1024)
@@ -204,12 +253,13 @@ ScriptedServer::Script Answer::Basic(const QByteArray& user, const QByteArray& p
     };
 }
 
-ScriptedServer::Script Answer::Digest(const QByteArray& user, const QByteArray& password, const QByteArray& body)
+ScriptedServer::Script Answer::Digest(const QByteArray& user, const QByteArray& password, const QByteArray& body,
+                                      const QByteArray& algorithm)
 {
     return [=](QTcpSocket& socket, const QByteArray& head) {
-        const bool bRight = DigestIsRight(Header(head, "Authorization"), user, password);
+        const bool bRight = DigestIsRight(Header(head, "Authorization"), user, password, algorithm);
         const QByteArray challenge =
-            "WWW-Authenticate: Digest realm=\"site\", nonce=\"abc123\", algorithm=MD5, qop=\"auth\"\r\n";
+            "WWW-Authenticate: Digest realm=\"site\", nonce=\"abc123\", algorithm=" + algorithm + ", qop=\"auth\"\r\n";
         (bRight ? Whole(body) : Status("401 Unauthorized", challenge))(socket, head);
     };
 }

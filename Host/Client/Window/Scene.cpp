@@ -179,7 +179,7 @@ bool Scene::IsInPlace(int iActor) const
     case Role::Failed:
         return m_window.Downloads().StateOf(iIndex) == WindowDownloads::State::Failed;
     case Role::Waiting:
-        return !bRuns && !KXHost::WasTransferStarted(record.iRecordType, strId);
+        return !bRuns && !KXHost::WasTransferBegun(record.iRecordType, strId);
     case Role::Extra:
     case Role::OnlyChecked:
         return true;
