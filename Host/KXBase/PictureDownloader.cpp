@@ -7,8 +7,10 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QHash>
 #include <QtCore/QMutexLocker>
-#include <QtCore/QThread>
 #include <QtCore/QUrl>
+
+#include <memory>
+#include <utility>
 
 namespace {
 
@@ -23,8 +25,7 @@ bool IsFetchable(const QString& strUrl)
            (strScheme == QLatin1String("http") || strScheme == QLatin1String("https"));
 }
 
-// Thread: any; the lock covers the list of listeners only. The transfers have a thread of their own, so that results
-// do not depend on which thread asked.
+// Thread: any; the lock covers the list of listeners only.
 class HttpPictureDownloader final : public PictureDownloader
 {
 public:
@@ -40,30 +41,19 @@ private:
 
     QMutex m_mutex;
     QHash<IPictureDownloaderListener*, PictureListenerPort*> m_mapPorts;
-    QThread m_thread;
-    PictureFetcher* m_pFetcher; // lives on m_thread, which deletes it when it ends
+    std::unique_ptr<PictureFetcher> m_pFetcher;
 };
 
 HttpPictureDownloader::HttpPictureDownloader()
-    : m_pFetcher(new PictureFetcher)
-{
-    m_pFetcher->moveToThread(&m_thread);
-    QObject::connect(&m_thread, &QThread::finished, m_pFetcher, &QObject::deleteLater);
-    QObject::connect(
-        m_pFetcher, &PictureFetcher::SignalFetched, m_pFetcher,
-        [this](const QString& strUrl, const QString& strPath) {
-            Announce(strPath.isEmpty() ? NotFetched : Fetched, strUrl, strPath);
-        },
-        Qt::DirectConnection);
-    m_thread.setObjectName(QStringLiteral("PictureDownloader"));
-    m_thread.start();
-}
+    : m_pFetcher(std::make_unique<PictureFetcher>([this](const QString& strUrl, const QString& strPath) {
+        Announce(strPath.isEmpty() ? NotFetched : Fetched, strUrl, strPath);
+    }))
+{}
 
-// The network thread ends first: it posts to the ports.
+// The transfers end first: they post to the ports.
 HttpPictureDownloader::~HttpPictureDownloader()
 {
-    m_thread.quit();
-    m_thread.wait();
+    m_pFetcher.reset();
     for (PictureListenerPort* pPort : qAsConst(m_mapPorts))
         pPort->Close();
 }
@@ -88,8 +78,7 @@ void HttpPictureDownloader::get(const QString& strUrl)
 {
     if (!IsFetchable(strUrl))
         return Announce(NotFetched, strUrl, QString());
-    QMetaObject::invokeMethod(
-        m_pFetcher, [pFetcher = m_pFetcher, strUrl] { pFetcher->Fetch(strUrl); }, Qt::QueuedConnection);
+    m_pFetcher->Fetch(strUrl);
 }
 
 void HttpPictureDownloader::Announce(int iResult, const QString& strUrl, const QString& strPath)

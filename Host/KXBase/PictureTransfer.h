@@ -1,43 +1,34 @@
 #pragma once
 
-#include "Host/KXBase/NetworkManager.h"
+#include "Host/Http/HttpTypes.h"
 #include "Host/KXBase/PictureSettings.h"
 
 #include <QtCore/QFile>
-#include <QtCore/QObject>
 #include <QtCore/QString>
-#include <QtCore/QTimer>
 
-// One picture on its way from its URL to its file. Tells the end once; a file that is not whole is removed.
+#include <functional>
+
+// One picture on its way from its URL to its file. A file that is not whole is removed.
 //
-// Thread: the network thread. Ownership: the fetcher, which deletes it after SignalFinished.
-class PictureTransfer : public QObject
+// Thread: that of the HTTP client.
+class PictureTransfer final : public KXHost::HttpReceiver
 {
-    Q_OBJECT
-
 public:
-    PictureTransfer(const QString& strUrl, const QString& strPath, const KXHost::PictureLimits& limits);
-    ~PictureTransfer() override;
-
-    void Start();
-
-signals:
     // `strReason` is empty for a picture that arrived whole.
-    void SignalFinished(QString strUrl, QString strPath, QString strReason);
+    using Finished = std::function<void(const QString& strPath, const QString& strReason)>;
+
+    // Tells the end once, unless the host ends first.
+    PictureTransfer(const QString& strPath, const KXHost::PictureLimits& limits, Finished finished);
+
+    bool OnHead(const KXHost::HttpHead& head) override;
+    bool OnData(const char* pData, std::size_t uSize) override;
+    void OnEnd(const KXHost::HttpEnd& end) override;
 
 private:
-    void Request();
-    void OnReadyRead();
-    void OnReplyFinished();
-    void Fail(const QString& strReason);
-    QString ReplyFault() const;
-    void End();
+    bool GiveUp(const QString& strReason);
 
-    const QString m_strUrl;
     const KXHost::PictureLimits m_limits;
+    const Finished m_finished;
     QFile m_file;
-    QTimer m_timer;
-    NetworkManager m_network;
-    QNetworkReply* m_pReply = nullptr; // owned
-    QString m_strReason;
+    QString m_strReason; // when it was given up here
 };

@@ -304,7 +304,7 @@ void PictureDownloaderTest::ManyPicturesAtOnceAllArrive()
 
 void PictureDownloaderTest::NoMoreThanSixTransfersRunAtOnce()
 {
-    PictureServer server, other; // two, for Qt has a limit of its own per server
+    PictureServer server, other;
     server.NeverAnswer(QStringLiteral("/a"));
     other.NeverAnswer(QStringLiteral("/a"));
     Listener listener;
