@@ -9,6 +9,9 @@ namespace KXClient {
 
 namespace {
 
+constexpr qint64 LeastLimit = 1000;
+constexpr int MostRetries = 100;
+
 constexpr struct
 {
     const char* pszName;
@@ -64,6 +67,11 @@ void ReadSource(ObjectReader& root, const char* pszKey, KXHost::SourceSettings& 
     if (source.Take("auth", strAuth) && !ReadAuth(strAuth, settings.auth))
         source.Fail("auth", QStringLiteral("must be none, basic or digest, not \"%1\"").arg(strAuth));
     source.Take("user", settings.strUser);
+    source.Take("insecure", settings.bInsecure);
+    if (source.Take("limitRate", settings.lBytesPerSecond) && settings.lBytesPerSecond < LeastLimit)
+        source.Fail("limitRate", QStringLiteral("must be at least %1 bytes a second").arg(LeastLimit));
+    if (source.Take("retries", settings.iRetries) && (settings.iRetries < 0 || settings.iRetries > MostRetries))
+        source.Fail("retries", QStringLiteral("must be 0 to %1").arg(MostRetries));
     source.RefuseTheRest();
     root.FailFurtherIn(source.Error());
 }

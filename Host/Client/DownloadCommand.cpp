@@ -64,7 +64,7 @@ void TellFailures(const QVector<Outcome>& outcomes, ExitStatus status)
         if (status == TimedOut && outcome.task.state == TaskState::Outstanding)
             PrintError(QStringLiteral("time out: %1 is not finished").arg(strRecord));
         else if (status == AllWhole && !outcome.IsAsExpected())
-            PrintError(QStringLiteral("%1 did not end as expected: %2").arg(strRecord, outcome.StateText()));
+            PrintError(QStringLiteral("%1 did not end as expected: %2").arg(strRecord, outcome.FullStateText()));
     }
 }
 

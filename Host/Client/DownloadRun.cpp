@@ -33,7 +33,6 @@ DownloadRun::DownloadRun(const QVector<RequestedRecord>& records, const QString&
     for (int iIndex = 0; iIndex < m_outcomes.size(); ++iIndex)
         m_outcomes[iIndex].task = m_session.Tasks().at(iIndex);
     connect(&m_session, &DownloadSession::SignalSettled, this, &DownloadRun::OnSettled);
-    connect(&m_checker, &FileChecker::SignalChecked, this, &DownloadRun::OnChecked);
     connect(&m_stop, &StopSignal::SignalStop, this, [this] { End(Interrupted); });
     connect(&m_tick, &QTimer::timeout, this, &DownloadRun::OnTick);
 }
@@ -53,8 +52,13 @@ ExitStatus DownloadRun::Execute()
 QVector<Outcome> DownloadRun::Outcomes() const
 {
     QVector<Outcome> outcomes = m_outcomes;
-    for (int iIndex = 0; iIndex < outcomes.size(); ++iIndex)
-        outcomes[iIndex].task = m_session.Tasks().at(iIndex);
+    for (int iIndex = 0; iIndex < outcomes.size(); ++iIndex) {
+        Task& task = outcomes[iIndex].task;
+        task = m_session.Tasks().at(iIndex);
+        if (task.state == TaskState::Outstanding) // a start may have been refused
+            task.strReason =
+                KXHost::TransferReason(task.request.pRecord->iRecordType, task.request.pRecord->strRecordId);
+    }
     return outcomes;
 }
 
@@ -64,19 +68,11 @@ void DownloadRun::OnSettled(int iIndex)
     const Task& task = m_session.Tasks().at(iIndex);
     m_outcomes[iIndex].task = task;
     if (task.state == TaskState::Finished) {
-        ++m_iChecksPending;
-        m_checker.Check(iIndex, task.strPath, task.request.pRecord->lFileSize, task.request.strSha256);
-        return;
+        // The transfer compared it while it came; here is only seen that it is there.
+        const QFileInfo info(task.strPath);
+        m_outcomes[iIndex].lSize = info.isFile() ? info.size() : -1;
+        m_outcomes[iIndex].strProblem = info.isFile() ? QString() : QStringLiteral("no file");
     }
-    ShowFinished(iIndex);
-    EndWhenSettled();
-}
-
-void DownloadRun::OnChecked(int iIndex, qint64 lSize, const QString& strProblem)
-{
-    --m_iChecksPending;
-    m_outcomes[iIndex].lSize = lSize;
-    m_outcomes[iIndex].strProblem = strProblem;
     ShowFinished(iIndex);
     EndWhenSettled();
 }
@@ -121,8 +117,6 @@ void DownloadRun::FollowTransfers()
 
 bool DownloadRun::OnlyDroppedAreLeft() const
 {
-    if (m_iChecksPending > 0)
-        return false;
     for (const Task& task : m_session.Tasks()) {
         if (task.state == TaskState::Outstanding && task.request.expectation != Expectation::Dropped)
             return false;
@@ -132,7 +126,7 @@ bool DownloadRun::OnlyDroppedAreLeft() const
 
 void DownloadRun::EndWhenSettled()
 {
-    if (m_session.OutstandingCount() == 0 && m_iChecksPending == 0)
+    if (m_session.OutstandingCount() == 0)
         End(AllWhole);
 }
 

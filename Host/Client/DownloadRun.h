@@ -2,7 +2,6 @@
 
 #include "Host/Client/DownloadSession.h"
 #include "Host/Client/ExitStatus.h"
-#include "Host/Client/FileChecker.h"
 #include "Host/Client/Platform.h"
 #include "Host/Client/ProgressView.h"
 #include "Host/Client/Report.h"
@@ -16,8 +15,8 @@
 
 namespace KXClient {
 
-// One run of the headless client: sends the lists, follows the transfers, checks each finished file, and ends when all
-// is settled, when time is out or when the process is to end. Thread: the GUI thread.
+// One run of the headless client: sends the lists, follows the transfers, and ends when all is settled, when time is
+// out or when the process is to end. Thread: the GUI thread.
 class DownloadRun : public QObject
 {
     Q_OBJECT
@@ -33,7 +32,6 @@ public:
 
 private:
     void OnSettled(int iIndex);
-    void OnChecked(int iIndex, qint64 lSize, const QString& strProblem);
     void OnTick();
     void ShowFinished(int iIndex);
     void FollowTransfers();
@@ -44,7 +42,6 @@ private:
     QString m_strFolder;
     std::optional<int> m_iTimeoutSeconds;
     DownloadSession m_session;
-    FileChecker m_checker;
     ProgressView m_progress;
     StopSignal m_stop;
     QEventLoop m_loop;
@@ -52,7 +49,6 @@ private:
     QElapsedTimer m_total;
     QElapsedTimer m_sinceActivity;
     qint64 m_lReceived = 0; // of all running transfers, to see that something moves
-    int m_iChecksPending = 0;
     std::optional<ExitStatus> m_end;
     QVector<Outcome> m_outcomes;
 };

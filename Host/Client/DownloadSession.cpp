@@ -33,6 +33,17 @@ TaskState StateOf(int iCode, bool bReget)
     }
 }
 
+// What the host said of it; of a task that never got so far as a transfer it may know nothing.
+QString ReasonOf(const Task& task)
+{
+    if (task.state == TaskState::Finished)
+        return QString();
+    const auto& record = *task.request.pRecord;
+    const QString strReason = KXHost::TransferReason(record.iRecordType, record.strRecordId);
+    return strReason.isEmpty() ? QStringLiteral("its cover cannot be opened with the key that its record gives")
+                               : strReason;
+}
+
 } // namespace
 
 DownloadSession::DownloadSession(const QVector<RequestedRecord>& records, QObject* pParent)
@@ -41,7 +52,9 @@ DownloadSession::DownloadSession(const QVector<RequestedRecord>& records, QObjec
     m_tasks.reserve(records.size());
     for (const RequestedRecord& request : records) {
         m_indexes.insert({request.pRecord->iRecordType, request.pRecord->strRecordId}, m_tasks.size());
-        m_tasks.append(Task{request, TaskState::NotAsked, QString(), 0});
+        m_tasks.append(Task{request, TaskState::NotAsked, QString(), QString(), 0});
+        KXHost::ExpectRecording(request.pRecord->iRecordType, request.pRecord->strRecordId,
+                                {request.pRecord->lFileSize, request.strSha256});
     }
     GKXObserver::attach(HostEvents::DownloadRecordStates, this, SLOT(OnDownloadRecordStates(QVariantList)));
 }
@@ -60,6 +73,7 @@ void DownloadSession::Send(const QString& strFolder, const QVector<int>& indexes
         m_iOutstanding += m_tasks.at(iIndex).state == TaskState::Outstanding ? 0 : 1;
         m_tasks[iIndex].state = TaskState::Outstanding;
         m_tasks[iIndex].strPath.clear();
+        m_tasks[iIndex].strReason.clear();
     }
     GKXObserver::notify(HostEvents::DownloadRecordPath, QVariantList{strFolder});
     for (int iType = KXDownLoadList::CloudRecord; iType <= KXDownLoadList::LanModuleRecord; ++iType) {
@@ -117,6 +131,7 @@ void DownloadSession::Settle(int iIndex, TaskState state, const QString& strPath
     m_iOutstanding -= task.state == TaskState::Outstanding ? 1 : 0;
     task.state = state;
     task.strPath = strPath;
+    task.strReason = ReasonOf(task);
     task.lMilliseconds = m_clock.elapsed();
     emit SignalSettled(iIndex);
 }

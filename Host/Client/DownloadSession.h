@@ -15,14 +15,15 @@ enum class TaskState {
     Finished,
     Failed,
     Refused,
-    Dropped, // refused by the plug-in, before any transfer
+    Dropped, // by the plug-in, before any transfer
 };
 
 struct Task
 {
     RequestedRecord request;
     TaskState state = TaskState::NotAsked;
-    QString strPath; // where the plug-in wrote it; known when it is settled
+    QString strPath;   // where the plug-in wrote it; known when it is settled
+    QString strReason; // why it failed, was refused or dropped, for people
     qint64 lMilliseconds = 0;
 };
 

@@ -36,7 +36,7 @@ Row RowOf(const Outcome& outcome, const QString& strFolder)
             outcome.lSize >= 0 ? ByteText(outcome.lSize) : QStringLiteral("-"),
             bSettled ? SecondsText(outcome.task.lMilliseconds) : QStringLiteral("-"),
             Printable(FileText(outcome.task, strFolder)),
-            Printable(outcome.StateText())};
+            Printable(outcome.FullStateText())};
 }
 
 void PrintTable(const QVector<Row>& rows)
@@ -63,7 +63,7 @@ void PrintExpectedFailures(const QVector<Outcome>& outcomes)
         if (!outcome.IsWhole() && outcome.IsAsExpected())
             PrintLine(QStringLiteral("as expected: %1 %2 %3")
                           .arg(outcome.SourceText(), Printable(outcome.task.request.pRecord->strRecordId),
-                               outcome.StateText()));
+                               Printable(outcome.FullStateText())));
     }
 }
 
@@ -100,6 +100,11 @@ QString Outcome::StateText() const
         return strProblem.isEmpty() ? QStringLiteral("whole") : QLatin1String("damaged: ") + strProblem;
     }
     return QString();
+}
+
+QString Outcome::FullStateText() const
+{
+    return task.strReason.isEmpty() ? StateText() : StateText() + QLatin1String(": ") + task.strReason;
 }
 
 QString Outcome::SourceText() const
@@ -152,6 +157,7 @@ Json ReportJson(const QVector<Outcome>& outcomes)
                             {"milliseconds", outcome.task.lMilliseconds},
                             {"file", outcome.task.strPath.toStdString()},
                             {"state", outcome.StateText().toStdString()},
+                            {"reason", outcome.task.strReason.toStdString()},
                             {"whole", outcome.IsWhole()},
                             {"asExpected", outcome.IsAsExpected()}});
     }

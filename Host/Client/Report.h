@@ -20,6 +20,8 @@ struct Outcome
     bool IsAsExpected() const;
     // "whole", "damaged: ...", "failed", "refused", "dropped" or "not finished".
     QString StateText() const;
+    // The same with the reason of a failure behind it.
+    QString FullStateText() const;
     QString SourceText() const;
 };
 

@@ -20,6 +20,7 @@ class WindowTest : public QObject
 
 private slots:
     void CheckedRecordingsArriveWhole();
+    void AFailureSaysItsReason();
     void WhatIsInTheListCannotBeCheckedAgain();
     void SelectAllCountsAndSums();
     void TheLanguageReachesThePanel();
@@ -63,6 +64,21 @@ void WindowTest::CheckedRecordingsArriveWhole()
     QCOMPARE(QFileInfo(user.Path(QStringLiteral("out/Front gate 2024-03-18.mp4"))).size(), qint64(3481617));
     QCOMPARE(QImage(user.Path(QStringLiteral("out/Stairwell.jpg"))).size(), QSize(120, 68));
     QCOMPARE(QImage(user.Path(QStringLiteral("out/Front gate 2024-03-18.jpg"))).size(), QSize(120, 68));
+}
+
+void WindowTest::AFailureSaysItsReason()
+{
+    WindowUser user;
+    const QStringList missing{QStringLiteral("--fault"), QStringLiteral("missing@") + StairwellId};
+    const int iStatus = user.Open(user.Options(missing), [&] {
+        user.Check(Stairwell);
+        user.Press("download");
+        QTRY_COMPARE_WITH_TIMEOUT(user.StateOf(Stairwell), QStringLiteral("Failed"), ArrivalMs);
+        const QTreeWidgetItem& item = *user.Recording(Stairwell);
+        const QString strTip = item.toolTip(item.columnCount() - 1);
+        QVERIFY2(strTip.contains(QStringLiteral("does not have it (HTTP status 404)")), qPrintable(strTip));
+    });
+    QCOMPARE(iStatus, 0);
 }
 
 void WindowTest::WhatIsInTheListCannotBeCheckedAgain()

@@ -61,6 +61,12 @@ void ClientInputTest::ABadConfigurationNamesTheKey_data()
     row("URL with an unknown field", R"({"cloud": {"url": "http://h/{record}"}})", "has the unknown field {record}");
     row("unknown authentication", R"({"cloud": {"url": "http://h/", "auth": "ntlm"}})",
         "cloud.auth: must be none, basic");
+    row("insecure is a text", R"({"cloud": {"url": "http://h/", "insecure": "yes"}})",
+        "cloud.insecure: must be true or false");
+    row("a limit of nothing", R"({"cloud": {"url": "http://h/", "limitRate": 0}})",
+        "cloud.limitRate: must be at least 1000 bytes a second");
+    row("fewer than no retries", R"({"cloud": {"url": "http://h/", "retries": -1}})",
+        "cloud.retries: must be 0 to 100");
     row("user is an array", R"({"cloud": {"url": "http://h/", "user": []}})", "cloud.user: must be a text");
     row("passwords are a list", R"({"devicePasswords": ["x"]})", "devicePasswords must be an object");
     row("password is a number", R"({"devicePasswords": {"SN1": 1234}})", "devicePasswords.SN1: must be a text");

@@ -151,9 +151,9 @@ void TargetTest::ADamagedFileIsNoticed_data()
     QTest::addColumn<QJsonValue>("value");
     QTest::addColumn<QString>("strState");
     QTest::newRow("another size") << "lFileSize"_s << QJsonValue(102401)
-                                  << "damaged: has 102400 bytes instead of 102401"_s;
+                                  << "failed: what arrived has 102400 bytes instead of 102401"_s;
     QTest::newRow("another content") << "sha256"_s << QJsonValue(QString(64, QLatin1Char('0')))
-                                     << "damaged: has SHA-256 "_s;
+                                     << "failed: what arrived is another recording: it has SHA-256 "_s;
 }
 
 void TargetTest::ADamagedFileIsNoticed()

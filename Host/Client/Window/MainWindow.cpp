@@ -170,8 +170,8 @@ void MainWindow::OnEnterDownloadSetting(QVariantList)
 void MainWindow::ShowStatus()
 {
     using State = WindowDownloads::State;
-    const int iFailed = m_downloads.CountOf(State::Failed) + m_downloads.CountOf(State::Refused) +
-                        m_downloads.CountOf(State::Damaged) + m_downloads.CountOf(State::Dropped);
+    const int iFailed =
+        m_downloads.CountOf(State::Failed) + m_downloads.CountOf(State::Refused) + m_downloads.CountOf(State::Dropped);
     m_pStatus->setText(Say(Word::Status)
                            .arg(QString::number(m_downloads.RowCount()),
                                 QString::number(m_downloads.CountOf(State::Whole)), QString::number(iFailed)));

@@ -55,7 +55,6 @@ struct StateLook
 constexpr StateLook StateLooks[] = {
     {WindowDownloads::State::InList, Word::StateInList, "pc005"},
     {WindowDownloads::State::Whole, Word::StateWhole, "pc018"},
-    {WindowDownloads::State::Damaged, Word::StateDamaged, "pc020"},
     {WindowDownloads::State::Failed, Word::StateFailed, "pc020"},
     {WindowDownloads::State::Refused, Word::StateRefused, "pc020"},
     {WindowDownloads::State::Dropped, Word::StateDropped, "pc020"},

@@ -16,10 +16,8 @@ WindowDownloads::WindowDownloads(DownloadInput& input, QWidget* pPanel, QObject*
     , m_input(input)
     , m_session(input.Records())
     , m_rows(pPanel)
-    , m_problems(input.Records().size())
 {
-    connect(&m_session, &DownloadSession::SignalSettled, this, &WindowDownloads::OnSettled);
-    connect(&m_checker, &FileChecker::SignalChecked, this, &WindowDownloads::OnChecked);
+    connect(&m_session, &DownloadSession::SignalSettled, this, &WindowDownloads::SignalChanged);
     GKXObserver::attach(HostEvents::DownloadNumber, this, SLOT(OnDownloadNumber(QVariantList)));
 }
 
@@ -31,7 +29,7 @@ WindowDownloads::State WindowDownloads::StateOf(int iIndex) const
     case TaskState::Outstanding:
         return State::InList;
     case TaskState::Finished:
-        return m_problems.at(iIndex).isEmpty() ? State::Whole : State::Damaged;
+        return State::Whole;
     case TaskState::Failed:
         return State::Failed;
     case TaskState::Refused:
@@ -47,7 +45,7 @@ QString WindowDownloads::DetailOf(int iIndex) const
     const State state = StateOf(iIndex);
     if (state == State::Whole)
         return QDir::toNativeSeparators(Tasks().at(iIndex).strPath);
-    return state == State::Damaged ? m_problems.at(iIndex) : QString();
+    return Tasks().at(iIndex).strReason;
 }
 
 // A task that was asked for and has no row yet waits for its cover.
@@ -70,7 +68,6 @@ bool WindowDownloads::Ask(const QVector<int>& indexes, const QString& strFolder)
     m_session.Send(strFolder, asked);
     for (int iIndex : asked) {
         const RequestedRecord& request = Tasks().at(iIndex).request;
-        m_problems[iIndex].clear();
         if (m_rows.Has(request.pRecord->strRecordId)) // those of the cloud get theirs later
             m_listed.insert(iIndex);
         m_thumbnails.Fetch(request.pRecord->strRecordId, request.strThumbnailUrl);
@@ -85,20 +82,6 @@ int WindowDownloads::CountOf(State state) const
     for (int iIndex = 0; iIndex < Tasks().size(); ++iIndex)
         iCount += StateOf(iIndex) == state ? 1 : 0;
     return iCount;
-}
-
-void WindowDownloads::OnSettled(int iIndex)
-{
-    const Task& task = Tasks().at(iIndex);
-    if (task.state == TaskState::Finished)
-        m_checker.Check(iIndex, task.strPath, task.request.pRecord->lFileSize, task.request.strSha256);
-    emit SignalChanged(iIndex);
-}
-
-void WindowDownloads::OnChecked(int iIndex, qint64, const QString& strProblem)
-{
-    m_problems[iIndex] = strProblem;
-    emit SignalChanged(iIndex);
 }
 
 // The event comes while the panel is at work on the row; the rows are looked at when that is done, and once for many.

@@ -2,7 +2,6 @@
 
 #include "Host/Client/DeviceThumbnails.h"
 #include "Host/Client/DownloadSession.h"
-#include "Host/Client/FileChecker.h"
 #include "Host/Client/Window/PanelRows.h"
 
 #include <QtCore/QObject>
@@ -23,7 +22,6 @@ public:
         None,   // never asked for, or taken out of the list by the user
         InList, // in the plug-in's list, or on its way into it; failed ones stay there, too
         Whole,
-        Damaged,
         Failed,
         Refused,
         Dropped,
@@ -34,7 +32,7 @@ public:
 
     const QVector<Task>& Tasks() const { return m_session.Tasks(); }
     State StateOf(int iIndex) const;
-    // Why a recording is damaged, where a whole one lies; otherwise empty.
+    // Why a recording did not arrive, where a whole one lies; otherwise empty.
     QString DetailOf(int iIndex) const;
     // Whether the plug-in may be asked for it: it has no row for it and will not get one.
     bool MayAsk(int iIndex) const;
@@ -53,17 +51,13 @@ private slots:
     void OnDownloadNumber(QVariantList list);
 
 private:
-    void OnSettled(int iIndex);
-    void OnChecked(int iIndex, qint64 lSize, const QString& strProblem);
     void LookAtRows();
 
     DownloadInput& m_input;
     DownloadSession m_session;
-    FileChecker m_checker;
     DeviceThumbnails m_thumbnails;
     PanelRows m_rows;
-    QSet<int> m_listed;          // had a row when the rows were looked at last
-    QVector<QString> m_problems; // of finished recordings, empty for whole ones
+    QSet<int> m_listed; // had a row when the rows were looked at last
     int m_iRowCount = 0;
     bool m_bLookPending = false;
 };

@@ -62,7 +62,6 @@ constexpr Entry Entries[] = {
     {Word::SourceDevice, QT_TRANSLATE_NOOP("MainWindow", "Device storage")},
     {Word::SourceIotLan, QT_TRANSLATE_NOOP("MainWindow", "IOT LAN")},
     {Word::SourceLanModule, QT_TRANSLATE_NOOP("MainWindow", "LAN module")},
-    {Word::StateDamaged, QT_TRANSLATE_NOOP("MainWindow", "Damaged")},
     {Word::StateDropped, QT_TRANSLATE_NOOP("MainWindow", "Not available")},
     {Word::StateFailed, QT_TRANSLATE_NOOP("MainWindow", "Failed")},
     {Word::StateInList, QT_TRANSLATE_NOOP("MainWindow", "In the list")},

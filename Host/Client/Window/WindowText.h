@@ -46,7 +46,6 @@ enum class Word {
     SourceDevice,
     SourceIotLan,
     SourceLanModule,
-    StateDamaged,
     StateDropped,
     StateFailed,
     StateInList,
