@@ -21,6 +21,7 @@ private slots:
     void ListedAndHeldTasksOfOneUrlAreSettledEachInItsWay();
     void TasksOfOneRecordIdAreAllReleased();
     void OfTasksOfOneRecordIdAPictureSettlesItsOwn();
+    void ATaskThatComesWhileTheUrlIsDecryptedIsDecryptedNext();
     void ATaskThatComesWhileTheUrlIsDecryptedIsSettledToo_data();
     void ATaskThatComesWhileTheUrlIsDecryptedIsSettledToo();
     void AResumedTaskIsReleasedOnce();
@@ -181,6 +182,23 @@ void SharedPictureTest::OfTasksOfOneRecordIdAPictureSettlesItsOwn()
     rig.World().Pictures().AnswerFailed("second");
     rig.Settle();
     QCOMPARE(Paths(rig, {"1"}), Texts({"~/1(1).mp4"}));
+}
+
+// Its picture is served when the first result is in.
+void SharedPictureTest::ATaskThatComesWhileTheUrlIsDecryptedIsDecryptedNext()
+{
+    EngineRig rig;
+    for (int i = 0; i < 2; ++i)
+        rig.World().Cloud().QueueDecryption(1, QByteArray());
+    rig.SendOne(RecordWithCover(rig, "1"));
+    rig.World().Cloud().CloseDecryptGate();
+    rig.World().Pictures().AnswerWithFile("cover", "encrypted");
+    QTRY_COMPARE(rig.Calls().Count("DecryptPicture"), 1);
+    rig.SendOne(RecordWithCover(rig, "2"));
+    rig.World().Cloud().OpenDecryptGate();
+    QTRY_COMPARE(rig.Calls().Count("StartCloudRecordDownload 1"), 1);
+    Serve(rig, "cover", 1);
+    QCOMPARE(rig.Calls().Count("StartCloudRecordDownload 2"), 1);
 }
 
 void SharedPictureTest::TasksOfOneRecordIdAreAllReleased()
