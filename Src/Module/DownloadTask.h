@@ -26,8 +26,8 @@ struct DownloadTask
     bool bArrived = false;                // its file is whole: to pause it changes nothing any more
     bool bDropped = false;                // the client paused, deleted or cleared it; its id is free again
     bool bRemovesFile = false;            // dropped for good: its file goes once the host has let go of it
-    bool bHeard = false;             // what arrives from now on was posted after its start, by its own transfer
-    QVector<int> codesWhileStarting; // state codes that arrived inside the host's start, in order
+    bool bHeard = false;                  // what arrives from now on was posted after its start, by its own transfer
+    QVector<int> codesWhileStarting;      // state codes that arrived inside the host's start, in order
 };
 
 using DownloadTaskPtr = std::shared_ptr<DownloadTask>;
