@@ -261,9 +261,13 @@ void DownloadWidget::OnDownloadRecordStates(QString strRecordId, int iCode, bool
     }
     const std::optional<RowState> state = RowLook::StateOfCode(iCode, bReget);
     const bool bFinished = state == RowState::Finished;
+    const bool bEnded = bFinished || state == RowState::Failed;
+    const bool bShared = m_mapOtherRecords.contains(strRecordId);
     if (bFinished)
         ForgetEnded(strRecordId, false);
-    if ((bFinished || state == RowState::Failed) && GoOverToNext(*pRow, !bFinished))
+    if (bEnded && bShared && m_pEngine->StateOf(pRow->Record()) != TaskState::Outside)
+        return; // another source's task of this id ended
+    if (bEnded && GoOverToNext(*pRow, !bFinished))
         return;
     if (bFinished)
         FinishDownloadRecord(strRecordId);

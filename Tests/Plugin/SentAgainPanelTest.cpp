@@ -24,6 +24,8 @@ private slots:
     void OfTwinsOneFileIsLeftWhenOneFinishes();
     void TheRowGoesOverToTheTwinThatWaits();
     void DeletingARowShowsTheOtherSourcesTaskOfItsId();
+    void ARowStaysWhenTheOtherSourcesTaskOfItsIdEnds_data();
+    void ARowStaysWhenTheOtherSourcesTaskOfItsIdEnds();
     void DeletingThePausedRowOffersToPauseAll();
     void APictureUnderWayGoesWithItsRecording_data();
     void APictureUnderWayGoesWithItsRecording();
@@ -295,6 +297,30 @@ void SentAgainPanelTest::DeletingARowShowsTheOtherSourcesTaskOfItsId()
     rig.Press("1", PanelRig::DeleteButton);
     QCOMPARE(rig.Calls().Count("StopCloudRecordDownload 1"), 1);
     QVERIFY(!rig.Row("1"));
+}
+
+void SentAgainPanelTest::ARowStaysWhenTheOtherSourcesTaskOfItsIdEnds_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::newRow("failed") << 0;
+    QTest::newRow("finished") << 2;
+}
+
+void SentAgainPanelTest::ARowStaysWhenTheOtherSourcesTaskOfItsIdEnds()
+{
+    QFETCH(int, code);
+    PanelRig rig;
+    rig.Show();
+    rig.Send({"1"});
+    SendCloud(rig, {"1"});
+    rig.RaiseState("1", 1);
+    RaiseCloud(rig, "1", code);
+    QCOMPARE(rig.Record("1").iRecordType, 1);
+    QCOMPARE(rig.StateOf("1"), 1);
+    QCOMPARE(rig.Counts().last(), 1);
+    rig.RaiseState("1", 2);
+    QVERIFY(!rig.Row("1"));
+    QCOMPARE(rig.Counts().last(), 0);
 }
 
 void SentAgainPanelTest::DeletingThePausedRowOffersToPauseAll()
