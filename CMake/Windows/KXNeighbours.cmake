@@ -5,8 +5,8 @@ foreach(name libgcc_s_seh-1.dll libstdc++-6.dll)
                     OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
     list(APPEND KX_RUNTIME_DLLS "${dll}")
 endforeach()
-list(APPEND KX_RUNTIME_DLLS "/usr/${KX_MINGW}/lib/libwinpthread-1.dll" "/usr/${KX_MINGW}/lib/zlib1.dll" "/usr/${KX_MINGW}/bin/libgcrypt-20.dll"
-     "/usr/${KX_MINGW}/bin/libgpg-error-0.dll")
+list(APPEND KX_RUNTIME_DLLS "/usr/${KX_MINGW}/lib/libwinpthread-1.dll" "/usr/${KX_MINGW}/lib/zlib1.dll"
+     "/usr/${KX_MINGW}/bin/libgcrypt-20.dll" "/usr/${KX_MINGW}/bin/libgpg-error-0.dll")
 file(GLOB qt_dlls "${KX_WINDOWS_PREFIX}/bin/*.dll")
 
 file(MAKE_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
